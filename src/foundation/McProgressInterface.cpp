@@ -1,0 +1,3 @@
+#include "foundation/McProgressInterface.h"
+
+McProgressInterface::~McProgressInterface() = default;

@@ -1,0 +1,7 @@
+#include "model/AtomDataBase.h"
+
+void AtomDataBase::appendAtom(int id, float radius, McString const& shortName) {
+    ids.append(id);
+    radii.append(radius);
+    shortNames.append(shortName);
+}

@@ -1,0 +1,3 @@
+#include "model/MolObject.h"
+
+MolObject::~MolObject() = default;

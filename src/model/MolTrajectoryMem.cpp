@@ -1,0 +1,59 @@
+#include "model/MolTrajectoryMem.h"
+
+MolTrajectoryMem::MolTrajectoryMem(Molecule* molecule, int numSteps) {
+    topology = molecule->getTopology();
+    steps.resize(numSteps);
+    for (Step& step : steps) {
+        step.coords = molecule->coords;
+        step.readable = true;
+    }
+    noteNumTimeSteps();
+}
+
+MolTrajectoryMem::MolTrajectoryMem(MolTrajectory* source) {
+    topology = source->getTopology();
+    steps.resize(source->getNumTimeSteps());
+    Molecule molecule(topology, false);
+    for (int i = 0; i < steps.size; ++i) {
+        steps[i].readable = source->getTimeStep(i, &molecule);
+        if (steps[i].readable) steps[i].coords = molecule.coords;
+    }
+    noteNumTimeSteps();
+}
+
+MolTrajectoryMem::~MolTrajectoryMem() = default;
+
+void MolTrajectoryMem::noteNumTimeSteps() {
+    observables = new MolObservables;
+    observables->setNumTimeSteps(getNumTimeSteps());
+}
+
+int MolTrajectoryMem::getNumTimeSteps() const {
+    return static_cast<int>(steps.size);
+}
+
+bool MolTrajectoryMem::has(int step) const {
+    return step >= 0 && step < steps.size && steps[step].readable;
+}
+
+bool MolTrajectoryMem::getTimeStep(int step, Molecule* molecule) {
+    if (!has(step)) return false;
+    molecule->setTopology(topology, false);
+    molecule->coords = steps[step].coords;
+    return true;
+}
+
+MolTopology* MolTrajectoryMem::getTopology() {
+    return topology;
+}
+
+MolTopology const* MolTrajectoryMem::getTopology() const {
+    return topology;
+}
+
+void MolTrajectoryMem::getCoordinates(int step, McDArray<McVec3f>& out) const {
+    if (has(step))
+        out = steps[step].coords;
+    else
+        out.resize(0);
+}

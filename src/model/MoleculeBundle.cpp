@@ -1,0 +1,3 @@
+#include "model/MoleculeBundle.h"
+
+MoleculeBundle::~MoleculeBundle() = default;

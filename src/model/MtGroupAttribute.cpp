@@ -1,0 +1,45 @@
+#include "model/MtGroupAttribute.h"
+
+#include "model/NameIndex.h"
+
+#include <cstring>
+
+MtGroupAttribute::~MtGroupAttribute() = default;
+
+MtIntegerAttribute::~MtIntegerAttribute() = default;
+
+MtIntegerAttribute* MtIntegerAttribute::duplicate(McDArray<MtGroup*> const& groupsOfLevel) const {
+    return new MtIntegerAttribute(*this, groupsOfLevel);
+}
+
+MtFloatAttribute::~MtFloatAttribute() = default;
+
+MtFloatAttribute* MtFloatAttribute::duplicate(McDArray<MtGroup*> const& groupsOfLevel) const {
+    return new MtFloatAttribute(*this, groupsOfLevel);
+}
+
+MtStringAttribute::~MtStringAttribute() = default;
+
+void MtStringAttribute::setValue(int group, char const* value) {
+    if (!hasGroup(group)) return;
+    char const* text = value ? value : "";
+    char const*& slot = values.at(group, room(group));
+    char const* old = slot ? slot : "";
+    if (std::strcmp(old, text) == 0) return;
+    char const* stored = texts.store(text);
+    if (nameIndex) nameIndex->leave(group);
+    slot = stored;
+    if (nameIndex) nameIndex->enter(group);
+}
+
+void MtStringAttribute::insertValue(int position) {
+    values.insertUnset(position);
+}
+
+MtStringAttribute* MtStringAttribute::duplicate(McDArray<MtGroup*> const& groupsOfLevel) const {
+    auto* copy = new MtStringAttribute(getName(), groupsOfLevel);
+    for (int i = 0; i < values.size(); ++i) {
+        if (char const* text = values.get(i)) copy->setValue(i, text);
+    }
+    return copy;
+}

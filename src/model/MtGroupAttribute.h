@@ -1,0 +1,142 @@
+#pragma once
+
+#include "foundation/McDArray.h"
+#include "foundation/McString.h"
+#include "foundation/export.h"
+#include "model/MtGroup.h"
+#include "model/TextStore.h"
+
+#include <cstdint>
+
+namespace tarnex {
+class NameIndex;
+}
+
+/// Abstract base of an attribute: one value per group of a level, found by the index of the group. The level makes and
+/// owns its attributes.
+class TARNEX_API MtGroupAttribute {
+public:
+    virtual ~MtGroupAttribute();
+    MtGroupAttribute(MtGroupAttribute const&) = delete;
+    MtGroupAttribute& operator=(MtGroupAttribute const&) = delete;
+
+    char const* getName() const { return name; }
+
+    /// Moves the values from the group at `position` on up by one; the new value there is unset.
+    virtual void insertValue(int position) = 0;
+    /// A copy of this attribute for another level's groups, owned by the caller.
+    virtual MtGroupAttribute* duplicate(McDArray<MtGroup*> const& groupsOfLevel) const = 0;
+
+protected:
+    MtGroupAttribute(char const* attributeName, McDArray<MtGroup*> const& groupsOfLevel)
+        : groups(&groupsOfLevel), name(attributeName) {}
+
+    bool hasGroup(int group) const { return group >= 0 && group < groups->size; }
+    /// How many values to make room for when the value of `group` is the next to be set.
+    std::int64_t room(int group) const {
+        std::int64_t const needed = std::int64_t{group} + 1;
+        return needed > groups->capacity ? needed : groups->capacity;
+    }
+
+    McDArray<MtGroup*> const* groups;
+
+private:
+    McString name;
+};
+
+namespace tarnex {
+
+/// Values of type `T` by group index, as far as they have been set.
+template <class T>
+class GroupValues {
+public:
+    T get(int group) const { return group < values.size ? values.data[group] : T{}; }
+    /// A reference to the value of a group that exists; `room` tells how many groups to reserve for.
+    T& at(int group, std::int64_t room) {
+        if (group >= values.size) growTo(group, room);
+        return values.data[group];
+    }
+    void insertUnset(int position) {
+        if (position < values.size) values.insert(position, T{});
+    }
+    std::int64_t size() const { return values.size; }
+
+private:
+    void growTo(int group, std::int64_t room) {
+        values.reserve(group < values.capacity ? values.capacity : room);
+        while (values.size <= group) values.append(T{});
+    }
+
+    McDArray<T> values;
+};
+
+/// What the attributes of numbers share.
+template <class T>
+class NumberAttribute : public MtGroupAttribute {
+public:
+    /// A group that does not exist in the level is ignored.
+    void setValue(int group, T value) {
+        if (hasGroup(group)) values.at(group, room(group)) = value;
+    }
+    /// 0 for a value that was never set and for a group that does not exist.
+    T getValue(int group) const { return hasGroup(group) ? values.get(group) : T{}; }
+
+    void insertValue(int position) override { values.insertUnset(position); }
+
+protected:
+    using MtGroupAttribute::MtGroupAttribute;
+    NumberAttribute(NumberAttribute const& other, McDArray<MtGroup*> const& groupsOfLevel)
+        : MtGroupAttribute(other.getName(), groupsOfLevel), values(other.values) {}
+
+private:
+    GroupValues<T> values;
+};
+
+} // namespace tarnex
+
+class TARNEX_API MtIntegerAttribute : public tarnex::NumberAttribute<int> {
+public:
+    MtIntegerAttribute(char const* attributeName, McDArray<MtGroup*> const& groupsOfLevel)
+        : NumberAttribute(attributeName, groupsOfLevel) {}
+    MtIntegerAttribute(MtIntegerAttribute const& other, McDArray<MtGroup*> const& groupsOfLevel)
+        : NumberAttribute(other, groupsOfLevel) {}
+    ~MtIntegerAttribute() override;
+    MtIntegerAttribute* duplicate(McDArray<MtGroup*> const& groupsOfLevel) const override;
+};
+
+class TARNEX_API MtFloatAttribute : public tarnex::NumberAttribute<float> {
+public:
+    MtFloatAttribute(char const* attributeName, McDArray<MtGroup*> const& groupsOfLevel)
+        : NumberAttribute(attributeName, groupsOfLevel) {}
+    MtFloatAttribute(MtFloatAttribute const& other, McDArray<MtGroup*> const& groupsOfLevel)
+        : NumberAttribute(other, groupsOfLevel) {}
+    ~MtFloatAttribute() override;
+    MtFloatAttribute* duplicate(McDArray<MtGroup*> const& groupsOfLevel) const override;
+};
+
+class TARNEX_API MtStringAttribute : public MtGroupAttribute {
+public:
+    MtStringAttribute(char const* attributeName, McDArray<MtGroup*> const& groupsOfLevel)
+        : MtGroupAttribute(attributeName, groupsOfLevel) {}
+    ~MtStringAttribute() override;
+
+    /// Keeps a copy of the text; null counts as the empty string. A group that does not exist in the level is ignored.
+    void setValue(int group, char const* value);
+    /// The empty string for a value that was never set and for a group that does not exist. The pointer stays good for
+    /// the life of the attribute, though the value may change.
+    char const* getValue(int group) const {
+        char const* value = hasGroup(group) ? values.get(group) : nullptr;
+        return value ? value : "";
+    }
+
+    void insertValue(int position) override;
+    MtStringAttribute* duplicate(McDArray<MtGroup*> const& groupsOfLevel) const override;
+
+private:
+    friend class MtGroupingLevel;
+
+    tarnex::GroupValues<char const*> values;
+    tarnex::TextStore texts;
+    /// The level's index of group names if this attribute holds the names; it is told of every change.
+    tarnex::NameIndex* nameIndex = nullptr;
+};

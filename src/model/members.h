@@ -1,0 +1,57 @@
+#pragma once
+
+#include "foundation/export.h"
+#include "model/MolTopology.h"
+#include "model/MtListGroups.h"
+#include "model/MtSmallGroups.h"
+
+#include <algorithm>
+#include <typeinfo>
+
+namespace tarnex {
+
+/// Whether a reference names a group that the topology has.
+inline bool exists(MolTopology const& topology, MtGroupRef ref) {
+    return ref.levelIx >= 0 && ref.levelIx < topology.levels.size && ref.groupIx >= 0 &&
+           ref.groupIx < topology.levels.data[ref.levelIx]->groups.size;
+}
+
+/// Calls `visit(MtGroupRef)` for each member of a group that exists in the topology, in order. Ranges and lists can be
+/// filled after they are added and may name anything; walks over members go through here.
+template <class Visitor>
+void forEachMember(MolTopology const& topology, MtGroup const* group, Visitor&& visit) {
+    if (!group) return;
+    if (auto const* range = dynamic_cast<MtIntraLevelRange const*>(group)) {
+        if (range->levelIx < 0 || range->levelIx >= topology.levels.size) return;
+        auto const groups = static_cast<int>(topology.levels.data[range->levelIx]->groups.size);
+        int const end = range->last < groups ? range->last + 1 : groups;
+        for (int i = std::max(range->first, 0); i < end; ++i) visit(MtGroupRef(range->levelIx, i));
+        return;
+    }
+    for (int i = 0, n = group->size(); i < n; ++i) {
+        MtGroupRef const member = (*group)[i];
+        if (exists(topology, member)) visit(member);
+    }
+}
+
+/// The two atoms of a group of the bond level, in their order; false if it is no pair of atoms.
+inline bool getBondAtoms(MtGroup const* group, int& atomA, int& atomB) {
+    if (!group) return false;
+    if (typeid(*group) == typeid(MtBond)) {
+        auto const* bond = static_cast<MtBond const*>(group);
+        atomA = bond->atoms[0];
+        atomB = bond->atoms[1];
+        return true;
+    }
+    if (group->size() != 2) return false;
+    MtGroupRef const first = (*group)[0];
+    MtGroupRef const second = (*group)[1];
+    atomA = first.groupIx;
+    atomB = second.groupIx;
+    return first.levelIx == 0 && second.levelIx == 0;
+}
+
+/// For each group of the level `memberLevelIx`, the first group of the level `levelIx` that holds it, or -1.
+TARNEX_API McDArray<int> ownersOfMembers(MolTopology const& topology, int levelIx, int memberLevelIx);
+
+} // namespace tarnex

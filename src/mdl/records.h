@@ -1,0 +1,57 @@
+#pragma once
+
+#include "foundation/McVec3f.h"
+#include "textio/lengthizer.h"
+#include "textio/writer.h"
+
+/// The lines of an MDL connection table in the V2000 layout ("CTfile Formats", MDL Information Systems). Each has one
+/// function that reads it, and leaves the scanner on it, and one that writes it. Its columns stand there and nowhere
+/// else.
+namespace tarnex::mdl {
+
+struct CountsLine {
+    int numAtoms = 0;
+    int numBonds = 0;
+
+    /// Moves to the start of the next line that has the version token in columns 35-39. False at the end of the file.
+    static bool find(lengthizer& scanner);
+    /// Negative counts read as 0.
+    static CountsLine read(lengthizer& scanner);
+    void write(writer& out) const;
+};
+
+struct AtomLine {
+    McVec3f position{0.0F, 0.0F, 0.0F};
+    char symbol[4] = "";
+    /// 0 for no charge, else 4 less the charge.
+    int chargeCode = 0;
+    /// 0 for an unknown number of implicit hydrogens, else one more than the number.
+    int hydrogenCount = 0;
+
+    static AtomLine read(lengthizer& scanner);
+    /// Throws `FloatConversion_Error` for a coordinate of more than five characters ahead of the point.
+    void write(writer& out) const;
+
+    static int chargeOfCode(int code);
+    static int codeOfCharge(int charge);
+};
+
+struct BondLine {
+    /// Atom numbers count from 1.
+    int firstAtom = 0;
+    int secondAtom = 0;
+    int type = 0;
+
+    static BondLine read(lengthizer& scanner);
+    /// Without `withType` the columns of the type are left out of the line.
+    void write(writer& out, bool withType) const;
+};
+
+/// The line that ends a record.
+constexpr char const* recordEnd = "$$$$";
+
+/// Takes the name out of the header line of a data item, such as "> 25 <name> (1)". Room for the line's length is
+/// needed in `name`. False if the line is no such header.
+bool readDataHeader(char const* line, char* name);
+
+} // namespace tarnex::mdl

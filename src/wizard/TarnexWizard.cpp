@@ -1,0 +1,260 @@
+#include "wizard/TarnexWizard.h"
+
+#include "mdl/MDLIO.h"
+#include "qlt/MolTrajectoryVRK.h"
+
+#include <cstdio>
+#include <cstring>
+
+namespace {
+
+using Bundle = McDArray<McHandle<MolTrajectory>>;
+
+// ---- Failure messages ----
+
+constexpr char const* moleculeNotRead = "Unable to read Molecule of type: %d\nNot saving molecule to %s\n\n";
+constexpr char const* trajectoryNotRead = "Unable to read Trajectory of type: %d\nNot saving Trajectory to %s\n\n";
+constexpr char const* bundleNotRead = "Unable to read Bundle of type: %d\nNot loading Bundle to %s\n\n";
+constexpr char const* moleculeNotWritten = "Unable to write Molecule of type: %d\nNot saving molecule to %s\n\n";
+constexpr char const* trajectoryNotWritten = "Unable to write MolTrajectory of type: %d\nNot saving molecule to %s\n\n";
+constexpr char const* bundleNotWritten = "Unable to write Bundle of type: %d\nNot saving Bundle to %s\n\n";
+
+/// Unknown values are told twice by most operations.
+template <class Selector>
+void printFailure(char const* message, Selector type, char const* name, int times) {
+    for (int i = 0; i < times; ++i) std::printf(message, static_cast<int>(type), name);
+}
+
+// ---- Choice of a format ----
+
+bool hasExtension(char const* name, char const* extension) {
+    if (!name) return false;
+    std::size_t const nameLength = std::strlen(name);
+    std::size_t const length = std::strlen(extension);
+    return nameLength >= length && std::strcmp(name + nameLength - length, extension) == 0;
+}
+
+/// One test of an automatic choice: which of the names are looked at, and what a match selects.
+template <class Selector>
+struct ExtensionRule {
+    char const* extension;
+    bool testsFirst;
+    bool testsSecond;
+    bool testsThird;
+    Selector chosen;
+
+    bool matches(char const* first, char const* second, char const* third) const {
+        return (testsFirst && hasExtension(first, extension)) || (testsSecond && hasExtension(second, extension)) ||
+               (testsThird && hasExtension(third, extension));
+    }
+};
+
+template <class Entry, std::size_t N, class Selector>
+Entry const* findEntry(Entry const (&table)[N], Selector type) {
+    for (Entry const& entry : table) {
+        if (entry.type == type) return &entry;
+    }
+    return nullptr;
+}
+
+// ---- Reading ----
+
+/// The first step of the first trajectory. The bundle goes; the molecule keeps the topology alive.
+Molecule* firstMolecule(Bundle const& bundle) {
+    if (bundle.size == 0) return nullptr;
+    auto* molecule = new Molecule(bundle[0]->getTopology(), false);
+    bundle[0]->getTimeStep(0, molecule);
+    return molecule;
+}
+
+Molecule* readMdlMolecule(char const* name, char const*) {
+    return firstMolecule(MDLIO(nullptr, nullptr).readMDLMolTrajectoryBundle(name));
+}
+
+Molecule* readQltMolecule(char const* name, char const*) {
+    Bundle bundle;
+    MolTrajectoryVRK::readBundle(name, bundle);
+    return firstMolecule(bundle);
+}
+
+MolTrajectory* readMdlTrajectory(char const* name, char const*, char const*) {
+    return MDLIO(nullptr, nullptr).readMDLMolTrajectory(name);
+}
+
+/// The first trajectory outlives its bundle.
+MolTrajectory* readQltTrajectory(char const* name, char const*, char const*) {
+    Bundle bundle;
+    MolTrajectoryVRK::readBundle(name, bundle);
+    if (bundle.size == 0) return nullptr;
+    McHandle<MolTrajectory> first = bundle[0];
+    bundle.clear();
+    return first.handOut();
+}
+
+void readQltBundle(char const* name, Bundle& bundle) {
+    MolTrajectoryVRK::readBundle(name, bundle);
+}
+
+using Molecules = TarnexWizard::ReadMolecules;
+using Trajectories = TarnexWizard::ReadTrajectories;
+using Bundles = TarnexWizard::ReadBundles;
+
+/// A format of the tables below: a new one is one line there.
+struct MoleculeReader {
+    Molecules type;
+    Molecule* (*read)(char const* name, char const* second);
+};
+
+constexpr MoleculeReader moleculeReaders[] = {
+    {Molecules::READ_MDL, readMdlMolecule},
+    {Molecules::READ_QLT, readQltMolecule},
+};
+
+constexpr ExtensionRule<Molecules> moleculeRules[] = {
+    {".qlt", true, false, false, Molecules::READ_QLT},     {".gro", true, false, false, Molecules::READ_GRO},
+    {".gro", false, true, false, Molecules::READ_GRO},     {".pdb", true, false, false, Molecules::READ_PDB},
+    {".uni", true, false, false, Molecules::READ_UNICHEM}, {".mol2", true, false, false, Molecules::READ_TRIPOS},
+    {".sdf", true, false, false, Molecules::READ_MDL},     {".top", true, false, false, Molecules::READ_AMBER},
+};
+
+struct TrajectoryReader {
+    Trajectories type;
+    /// Null for a value that is known and has no reader.
+    MolTrajectory* (*read)(char const* name, char const* second, char const* third);
+    /// 0 for a reader that needs no second name.
+    int messagesWithoutSecond;
+};
+
+constexpr auto xyzTrajectory = static_cast<Trajectories>(7);
+
+constexpr TrajectoryReader trajectoryReaders[] = {
+    {Trajectories::READ_MDL, readMdlTrajectory, 0},
+    {xyzTrajectory, nullptr, 0},
+    {Trajectories::READ_QLT, readQltTrajectory, 0},
+};
+
+constexpr ExtensionRule<Trajectories> trajectoryRules[] = {
+    {".qlt", true, false, false, Trajectories::READ_QLT}, {".trr", true, true, true, Trajectories::READ_GRO},
+    {".top", true, true, true, Trajectories::READ_AMBER}, {".vde", true, false, false, Trajectories::READ_PDB},
+    {".sdf", true, false, false, Trajectories::READ_MDL}, {".dcd", true, true, false, Trajectories::READ_DCD},
+    {".xyz", true, false, false, xyzTrajectory},
+};
+
+struct BundleReader {
+    Bundles type;
+    void (*read)(char const* name, Bundle& bundle);
+};
+
+constexpr BundleReader bundleReaders[] = {
+    {Bundles::READ_QLT, readQltBundle},
+};
+
+constexpr ExtensionRule<Bundles> bundleRules[] = {
+    {".qlt", true, false, false, Bundles::READ_QLT},
+    {".pdb", true, false, false, Bundles::READ_PDB},
+};
+
+// ---- Writing ----
+
+bool writeMdlMolecule(Molecule* molecule, char const* name) {
+    return MDLIO(nullptr, nullptr).writeMDLMolecule(molecule, name);
+}
+
+bool writeMdlTrajectory(MolTrajectory* trajectory, char const* name) {
+    return MDLIO(nullptr, nullptr).writeMDLMolTrajectory(trajectory, name);
+}
+
+bool writeNoBundle(Bundle const&, char const*) {
+    return false;
+}
+
+template <class Selector, class Object>
+struct WriterEntry {
+    Selector type;
+    bool (*write)(Object object, char const* name);
+};
+
+constexpr WriterEntry<TarnexWizard::WriteMolecules, Molecule*> moleculeWriters[] = {
+    {TarnexWizard::WriteMolecules::WRITE_MDL, writeMdlMolecule},
+    {TarnexWizard::WriteMolecules::WRITE_QLT, MolTrajectoryVRK::writeQLTMolecule},
+};
+
+constexpr WriterEntry<TarnexWizard::WriteTrajectories, MolTrajectory*> trajectoryWriters[] = {
+    {TarnexWizard::WriteTrajectories::WRITE_MDL, writeMdlTrajectory},
+    {TarnexWizard::WriteTrajectories::WRITE_QLT, MolTrajectoryVRK::writeQLTMolTrajectory},
+};
+
+constexpr WriterEntry<TarnexWizard::WriteBundles, Bundle const&> bundleWriters[] = {
+    {TarnexWizard::WriteBundles::WRITE_QLT, writeNoBundle},
+};
+
+} // namespace
+
+Molecule* TarnexWizard::readMolecule(char const* name, ReadMolecules type, char const* second) {
+    if (type == ReadMolecules::READ_AUTO) {
+        for (auto const& rule : moleculeRules) {
+            if (rule.matches(name, second, nullptr)) return readMolecule(name, rule.chosen, second);
+        }
+    }
+    MoleculeReader const* entry = findEntry(moleculeReaders, type);
+    Molecule* molecule = entry ? entry->read(name, second) : nullptr;
+    if (!molecule) printFailure(moleculeNotRead, type, name, entry ? 1 : 2);
+    return molecule;
+}
+
+MolTrajectory* TarnexWizard::readMolTrajectory(char const* name, ReadTrajectories type, char const* second,
+                                               char const* third) {
+    if (type == ReadTrajectories::READ_AUTO) {
+        for (auto const& rule : trajectoryRules) {
+            if (rule.matches(name, second, third)) return readMolTrajectory(name, rule.chosen, second, third);
+        }
+        printFailure(bundleNotRead, type, name, 1);
+        printFailure(trajectoryNotRead, type, name, 1);
+        return nullptr;
+    }
+    TrajectoryReader const* entry = findEntry(trajectoryReaders, type);
+    if (entry && entry->messagesWithoutSecond > 0 && !second) {
+        printFailure(trajectoryNotRead, type, name, entry->messagesWithoutSecond);
+        return nullptr;
+    }
+    MolTrajectory* trajectory = entry && entry->read ? entry->read(name, second, third) : nullptr;
+    if (!trajectory) printFailure(trajectoryNotRead, type, name, entry ? 1 : 2);
+    return trajectory;
+}
+
+McDArray<McHandle<MolTrajectory>> TarnexWizard::readBundle(char const* name, ReadBundles type) {
+    Bundle bundle;
+    ReadBundles chosen = type;
+    if (type == ReadBundles::READ_AUTO) {
+        for (auto const& rule : bundleRules) {
+            if (!rule.matches(name, nullptr, nullptr)) continue;
+            chosen = rule.chosen;
+            break;
+        }
+    }
+    if (BundleReader const* entry = findEntry(bundleReaders, chosen))
+        entry->read(name, bundle);
+    else
+        printFailure(bundleNotRead, chosen, name, 1);
+    return bundle;
+}
+
+int TarnexWizard::writeMolecule(char const* name, Molecule* molecule, WriteMolecules type) {
+    auto const* entry = findEntry(moleculeWriters, type);
+    bool const written = entry && entry->write(molecule, name);
+    if (!written) printFailure(moleculeNotWritten, type, name, entry ? 1 : 2);
+    return written ? 1 : 0;
+}
+
+int TarnexWizard::writeMolTrajectory(char const* name, MolTrajectory* trajectory, WriteTrajectories type) {
+    auto const* entry = findEntry(trajectoryWriters, type);
+    bool const written = entry && entry->write(trajectory, name);
+    if (!written) printFailure(trajectoryNotWritten, type, name, entry ? 1 : 2);
+    return written ? 1 : 0;
+}
+
+int TarnexWizard::writeBundle(char const* name, McDArray<McHandle<MolTrajectory>> bundle, WriteBundles type) {
+    auto const* entry = findEntry(bundleWriters, type);
+    if (!entry) printFailure(bundleNotWritten, type, name, 1);
+    return entry && entry->write(bundle, name) ? 1 : 0;
+}

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <iterator>
 #include <memory>
 #include <new>
 #include <type_traits>
@@ -23,10 +24,10 @@ public:
     T* data = nullptr;
 
     McDArray() = default;
-    explicit McDArray(std::int64_t n) { resize(n); }
+    explicit McDArray(std::int64_t n) : McDArray() { resize(n); }
 
     /// Allocates exactly `other.size` elements and copies the last element first.
-    McDArray(McDArray const& other) { copyFrom(other); }
+    McDArray(McDArray const& other) : McDArray() { copyFrom(other); }
     McDArray(McDArray&& other) noexcept : size(other.size), capacity(other.capacity), data(other.data) {
         other.forget();
     }
@@ -70,7 +71,7 @@ public:
             if (n < size) std::destroy(data + n, data + size);
         }
         if constexpr (!std::is_trivially_default_constructible_v<T>) {
-            for (std::int64_t i = size; i < n; ++i) new (static_cast<void*>(data + i)) T();
+            for (; size < n; ++size) new (static_cast<void*>(data + size)) T();
         }
         size = n;
     }
@@ -89,13 +90,22 @@ public:
     /// Inserts `count` values ahead of the element at `position`. The values may stand in this array.
     void insert(std::int64_t position, std::int64_t count, T const* values) {
         if (count <= 0) return;
-        bool const ownValues = values >= data && values < data + size;
-        if (ownValues && (position < size || size + count > capacity)) {
-            McDArray copy;
-            copy.insertForeign(0, count, values);
-            return insertForeign(position, count, copy.data);
+        bool const ownValues = values >= data && values < data + capacity;
+        if (position == size && (!ownValues || size + count <= capacity)) {
+            reserve(size + count);
+            std::uninitialized_copy(values, values + count, data + size);
+            size += count;
+            return;
         }
-        insertForeign(position, count, values);
+        // Copied while nothing has moved yet; the copies are then relocated into the gap.
+        McDArray copies;
+        copies.insert(0, count, values);
+        reserve(size + count);
+        T* gap = data + position;
+        relocate(gap + count, gap, size - position);
+        relocate(gap, copies.data, count);
+        size += count;
+        copies.size = 0;
     }
 
     /// Removes the elements and frees the block.
@@ -119,24 +129,18 @@ public:
     }
 
 private:
-    void insertForeign(std::int64_t position, std::int64_t count, T const* values) {
-        reserve(size + count);
-        T* place = data + position;
-        std::memmove(static_cast<void*>(place + count), static_cast<void const*>(place),
-                     static_cast<std::size_t>(size - position) * sizeof(T));
-        std::uninitialized_copy(values, values + count, place);
-        size += count;
+    static void relocate(T* to, T const* from, std::int64_t count) {
+        std::memmove(static_cast<void*>(to), static_cast<void const*>(from),
+                     static_cast<std::size_t>(count) * sizeof(T));
     }
 
     void copyFrom(McDArray const& other) {
         reserve(other.size);
         if constexpr (std::is_trivially_copyable_v<T>) {
-            if (other.size > 0) {
-                std::memcpy(static_cast<void*>(data), static_cast<void const*>(other.data),
-                            static_cast<std::size_t>(other.size) * sizeof(T));
-            }
+            if (other.size > 0) relocate(data, other.data, other.size);
         } else {
-            for (std::int64_t i = other.size; i-- > 0;) new (static_cast<void*>(data + i)) T(other.data[i]);
+            std::uninitialized_copy(std::make_reverse_iterator(other.end()), std::make_reverse_iterator(other.begin()),
+                                    std::make_reverse_iterator(data + other.size));
         }
         size = other.size;
     }

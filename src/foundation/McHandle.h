@@ -21,11 +21,11 @@ public:
     }
     McHandle& operator=(McHandle const& other) { return *this = other.pointer; }
     McHandle& operator=(McHandle&& other) noexcept {
-        if (this != &other) {
-            release();
-            pointer = other.pointer;
-            other.pointer = nullptr;
-        }
+        // The old object may own `other`: it goes last.
+        McHandle taken(static_cast<McHandle&&>(other));
+        T* old = pointer;
+        pointer = taken.pointer;
+        taken.pointer = old;
         return *this;
     }
 

@@ -82,12 +82,13 @@ private:
     void rebuildTable() {
         constexpr int largestMask = 0x3fffffff;
         if (mask >= largestMask) return;
-        Entry** oldBuckets = buckets;
         int const oldCount = mask + 1;
+        std::size_t const newCount = 2 * static_cast<std::size_t>(oldCount);
+        auto** newBuckets = static_cast<Entry**>(std::calloc(3 * newCount, sizeof(Entry*)));
+        if (!newBuckets) throw std::bad_alloc();
+        Entry** oldBuckets = buckets;
+        buckets = newBuckets;
         mask = 2 * mask + 1;
-        auto const newCount = static_cast<std::size_t>(mask) + 1;
-        buckets = static_cast<Entry**>(std::calloc(3 * newCount, sizeof(Entry*)));
-        if (!buckets) throw std::bad_alloc();
         for (int i = 0; i < oldCount; ++i) {
             for (Entry* entry = oldBuckets[i]; entry;) {
                 Entry* next = entry->next;

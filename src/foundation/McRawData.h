@@ -5,7 +5,7 @@
 #include <cstdio>
 
 /// A block of elements together with the code of their type, from which `McRawData` knows the element width.
-struct McTypedPointer {
+struct TARNEX_API McTypedPointer {
     enum Type { CHAR = 0, INT32 = 2, FLOAT32 = 3, FLOAT64 = 4 };
 
     void* pointer;

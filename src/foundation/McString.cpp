@@ -22,12 +22,12 @@ McString::McString(char const* text, int start, int length) {
     }
 }
 
-McString::McString(McString const& other) : McHandable(other), McDArray<char>(other) {}
+McString::McString(McString const& other) = default;
 
 McString::~McString() = default;
 
 McString& McString::operator=(McString const& other) {
-    if (this != &other) assign(other.data, other.length());
+    if (this != &other) assign(other.data, other.size > 0 ? other.length() : 0);
     return *this;
 }
 
@@ -85,8 +85,13 @@ void McString::append(char character) {
 
 void McString::append(char const* characters, std::int64_t count) {
     if (size > 0) --size;
-    McDArray<char>::insert(size, count, characters);
-    McDArray<char>::append('\0');
+    bool const own = characters >= data && characters <= data + size;
+    std::int64_t const offset = own ? characters - data : 0;
+    reserve(size + count + 1);
+    if (own) characters = data + offset;
+    if (count > 0) std::memmove(data + size, characters, static_cast<std::size_t>(count));
+    data[size + count] = '\0';
+    size += count + 1;
 }
 
 McString& McString::operator+=(char const* text) {

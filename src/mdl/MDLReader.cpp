@@ -102,7 +102,7 @@ bool RecordReader::readAtoms() {
 }
 
 void RecordReader::addAtom(tarnex::mdl::AtomLine const& line) {
-    int const atom = topology.addGroup(0, new MtAtom).groupIx;
+    int const atom = topology.addGroup(0, new (topology.groupPool) MtAtom).groupIx;
     molchem::Element const* element = tarnex::elementTable().getElement(line.symbol, false);
     atomicNumbers->setValue(atom, element->getAtomicNumber());
     radii->setValue(atom, element->getRadius());
@@ -126,7 +126,7 @@ bool RecordReader::readBonds() {
 void RecordReader::addBond(tarnex::mdl::BondLine const& line) {
     auto const isAtom = [this](int number) { return number >= 1 && number <= counts.numAtoms; };
     if (!isAtom(line.firstAtom) || !isAtom(line.secondAtom)) throw Parse_Error{"Atomnumber is out of range"};
-    int const bond = topology.addBond(new MtBond(line.firstAtom - 1, line.secondAtom - 1)).groupIx;
+    int const bond = topology.addBond(new (topology.groupPool) MtBond(line.firstAtom - 1, line.secondAtom - 1)).groupIx;
     bondTypes->setValue(bond, line.type);
 }
 
@@ -181,7 +181,7 @@ bool MDLIO::readMolecule(Molecule* molecule, MolTopology* topology, lengthizer& 
         recordProgress.stop();
         throw;
     }
-    owned.release();
+    static_cast<void>(owned.release());
     return true;
 }
 

@@ -1,7 +1,5 @@
 #include "mdl/records.h"
 
-#include "textio/numberText.h"
-
 #include <algorithm>
 #include <cstring>
 
@@ -21,8 +19,7 @@ bool CountsLine::find(lengthizer& scanner) {
         scanner.getToken(versionWidth);
         if (scanner.eof) return false;
         if (scanner.equals("V2000") || scanner.equals("V3000")) {
-            scanner.positions[lineStart] = scanner.lineNumber;
-            scanner.setStreamPos(lineStart);
+            scanner.backTo(lineStart);
             return true;
         }
         scanner.nextLine();
@@ -58,9 +55,7 @@ AtomLine AtomLine::read(lengthizer& scanner) {
 
 void AtomLine::write(writer& out) const {
     for (float const coordinate : {position.x, position.y, position.z}) {
-        out.writeColumns(leftFloatToString(5, coordinate), 1, 5, 0);
-        out.write(".");
-        out.writeColumns(rightFloatToString(4, coordinate), 1, 4, 0);
+        out.writeParts(coordinate, 5, 4);
     }
     out.write(" ");
     out.writeColumns(symbol, 32, 34, 1);

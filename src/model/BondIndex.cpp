@@ -65,7 +65,7 @@ void BondIndex::enlargeTable(McDArray<MtGroup*> const& bonds) {
     McDArray<int> old;
     old.swap(slots);
     std::int64_t size = firstTableSize;
-    while (size < std::max(4 * usedSlots, bonds.size)) size *= 2;
+    while (size < 2 * std::max(2 * usedSlots, bonds.size)) size *= 2;
     slots.resize(size);
     std::fill(slots.begin(), slots.end(), -1);
     for (int bond : old) {

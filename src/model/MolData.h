@@ -31,7 +31,8 @@ private:
 template <class T>
 class TARNEX_API TypedMolData : public MolData {
 public:
-    TypedMolData(char const* dataName, T const& v) : MolData(dataName), value(v) {}
+    template <class V>
+    TypedMolData(char const* dataName, V const& v) : MolData(dataName), value(v) {}
 
     virtual T const& getValue() const { return value; }
     virtual void setValue(T const& v) { value = v; }
@@ -67,6 +68,7 @@ public:
 class TARNEX_API MolDataString : public TypedMolData<McString> {
 public:
     MolDataString(char const* dataName, McString const& v) : TypedMolData(dataName, v) {}
+    MolDataString(char const* dataName, char const* v) : TypedMolData(dataName, v) {}
     ~MolDataString() override;
     MolDataString* duplicate() const override;
     void getValueAsString(McString& out) const override;

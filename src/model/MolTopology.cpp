@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <cstring>
 #include <string_view>
+#include <typeinfo>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -21,11 +22,15 @@ namespace {
 
 constexpr char const* formalChargeName = "formal_charge";
 constexpr int levelKind = 12;
+// Room for what most topologies have.
+constexpr int fewLevels = 4;
+constexpr int fewData = 4;
 constexpr std::int64_t dataWithoutIndex = 16;
 
 } // namespace
 
 MolTopology::MolTopology() {
+    levels.reserve(fewLevels);
     levels.append(new MtGroupingLevel("", -1, levelKind, -1));
     levels.append(new MtGroupingLevel("", 0, levelKind, -1));
 }
@@ -65,12 +70,22 @@ int MolTopology::addLevel(char const* levelName, int lowerLevelIx, int kind, int
 }
 
 void MolTopology::prepLevelSize(int levelIx, int n) {
-    if (MtGroupingLevel* level = getLevel(levelIx)) level->groups.reserve(n);
+    MtGroupingLevel* level = getLevel(levelIx);
+    if (!level || n <= level->groups.size) return;
+    level->groups.reserve(n);
+    std::size_t const usualSize = levelIx == 0   ? sizeof(MtAtom)
+                                  : levelIx == 1 ? sizeof(MtBond)
+                                                 : sizeof(MtIntraLevelRange);
+    groupPool.expect(static_cast<std::size_t>(n - level->groups.size), usualSize);
 }
 
 /// Ranges and lists can be completed after they are added; all other groups must name what exists.
 bool MolTopology::accepts(int levelIx, MtGroup const* group) const {
     if (!group || !getLevel(levelIx)) return false;
+    if (typeid(*group) == typeid(MtBond)) {
+        auto const* bond = static_cast<MtBond const*>(group);
+        return hasAtom(bond->atoms[0]) && hasAtom(bond->atoms[1]);
+    }
     int const size = group->size();
     if (size == 0 || dynamic_cast<MtIntraLevelRange const*>(group) || dynamic_cast<MtDynamicGroup const*>(group)) {
         return true;
@@ -168,6 +183,7 @@ void MolTopology::setData(MolData* datum) {
     int const place = findData(datum->getName());
     if (place >= 0 && data[place] == datum) return;
     if (place < 0) {
+        if (data.size == 0) data.reserve(fewData);
         data.append(datum);
         if (dataIndex) dataIndex->emplace(datum->getName(), static_cast<int>(data.size - 1));
         return;

@@ -58,7 +58,8 @@ public:
     int findBond(int atomA, int atomB) const;
 
     /// Fills `atoms`, which is cleared first, with the atoms of a group, through all levels below it. Members that do
-    /// not exist are left out. For a bond these are its two atoms, in their order.
+    /// not exist are left out, and a group above the atoms that is reached again is not walked again. For a bond these
+    /// are its two atoms, in their order.
     void getAtomsOfGroup(MtGroupRef const& ref, McDArray<int>& atoms) const;
 
     /// Creates the attribute on a level or returns the existing one; null for a level that does not exist.
@@ -77,7 +78,11 @@ public:
 
     McDArray<MtGroupingLevel*> levels;
 
+    /// Where a reader makes the groups of this topology if there are many of them: `new (topology->groupPool) MtAtom`.
+    tarnex::GroupPool groupPool;
+
 private:
+    bool hasAtom(int atom) const { return atom >= 0 && atom < levels.data[0]->groups.size; }
     bool accepts(int levelIx, MtGroup const* group) const;
     int findData(char const* dataName) const;
 

@@ -4,6 +4,8 @@ MolObservables::~MolObservables() = default;
 
 MolTrajectory::MolTrajectory() : topology(new MolTopology) {}
 
+MolTrajectory::MolTrajectory(MolTopology* existing) : topology(existing) {}
+
 MolTrajectory::~MolTrajectory() {
     observables = nullptr;
     topology = nullptr;

@@ -12,7 +12,6 @@ class Molecule;
 class TARNEX_API MolTrajectory : public virtual McHandable {
 public:
     MolTrajectory();
-    ~MolTrajectory() override;
 
     virtual int getNumTimeSteps() const = 0;
     /// Puts the topology and the coordinates of a step into a molecule, which stays the caller's. False on failure.
@@ -29,8 +28,12 @@ public:
     virtual MolTopology* getTopology();
     virtual MolTopology const* getTopology() const;
     virtual char const* getInfoText() const;
+    ~MolTrajectory() override;
 
 protected:
+    /// For a trajectory on an existing topology.
+    explicit MolTrajectory(MolTopology* existing);
+
     McHandle<MolTopology> topology;
     McHandle<MolObservables> observables;
 };

@@ -1,7 +1,6 @@
 #include "model/MolTrajectoryMem.h"
 
-MolTrajectoryMem::MolTrajectoryMem(Molecule* molecule, int numSteps) {
-    topology = molecule->getTopology();
+MolTrajectoryMem::MolTrajectoryMem(Molecule* molecule, int numSteps) : MolTrajectory(molecule->getTopology()) {
     steps.resize(numSteps);
     for (Step& step : steps) {
         step.coords = molecule->coords;
@@ -10,8 +9,7 @@ MolTrajectoryMem::MolTrajectoryMem(Molecule* molecule, int numSteps) {
     noteNumTimeSteps();
 }
 
-MolTrajectoryMem::MolTrajectoryMem(MolTrajectory* source) {
-    topology = source->getTopology();
+MolTrajectoryMem::MolTrajectoryMem(MolTrajectory* source) : MolTrajectory(source->getTopology()) {
     steps.resize(source->getNumTimeSteps());
     Molecule molecule(topology, false);
     for (int i = 0; i < steps.size; ++i) {

@@ -1,6 +1,9 @@
 #pragma once
 
 #include "foundation/export.h"
+#include "model/GroupPool.h"
+
+#include <cstddef>
 
 /// Reference to a group: its level and its index there. A negative `groupIx` refers to no group.
 struct MtGroupRef {
@@ -39,4 +42,10 @@ public:
 
     /// A group of exactly `n` members at the default reference, to be set by `setElement`. The caller owns it.
     static MtGroup* createGroup(int n);
+
+    /// Groups may be made in a pool, `new (pool) MtBond`, and are deleted in the same way wherever they were made.
+    static void* operator new(std::size_t bytes) { return tarnex::GroupPool::allocateAlone(bytes); }
+    static void* operator new(std::size_t bytes, tarnex::GroupPool& pool) { return pool.allocate(bytes); }
+    static void operator delete(void* group) noexcept { tarnex::GroupPool::release(group); }
+    static void operator delete(void* group, tarnex::GroupPool&) noexcept { tarnex::GroupPool::release(group); }
 };

@@ -1,6 +1,6 @@
 #include "model/MtGroupAttribute.h"
 
-#include "model/NameIndex.h"
+#include "model/GroupNameIndex.h"
 
 #include <cstring>
 

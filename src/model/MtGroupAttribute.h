@@ -1,15 +1,15 @@
 #pragma once
 
 #include "foundation/McDArray.h"
-#include "foundation/McString.h"
 #include "foundation/export.h"
 #include "model/MtGroup.h"
 #include "model/TextStore.h"
 
 #include <cstdint>
+#include <string>
 
 namespace tarnex {
-class NameIndex;
+class GroupNameIndex;
 }
 
 /// Abstract base of an attribute: one value per group of a level, found by the index of the group. The level makes and
@@ -20,7 +20,7 @@ public:
     MtGroupAttribute(MtGroupAttribute const&) = delete;
     MtGroupAttribute& operator=(MtGroupAttribute const&) = delete;
 
-    char const* getName() const { return name; }
+    char const* getName() const { return name.c_str(); }
 
     /// Moves the values from the group at `position` on up by one; the new value there is unset.
     virtual void insertValue(int position) = 0;
@@ -29,7 +29,7 @@ public:
 
 protected:
     MtGroupAttribute(char const* attributeName, McDArray<MtGroup*> const& groupsOfLevel)
-        : groups(&groupsOfLevel), name(attributeName) {}
+        : groups(&groupsOfLevel), name(attributeName ? attributeName : "") {}
 
     bool hasGroup(int group) const { return group >= 0 && group < groups->size; }
     /// How many values to make room for when the value of `group` is the next to be set.
@@ -41,7 +41,7 @@ protected:
     McDArray<MtGroup*> const* groups;
 
 private:
-    McString name;
+    std::string name;
 };
 
 namespace tarnex {
@@ -138,5 +138,5 @@ private:
     tarnex::GroupValues<char const*> values;
     tarnex::TextStore texts;
     /// The level's index of group names if this attribute holds the names; it is told of every change.
-    tarnex::NameIndex* nameIndex = nullptr;
+    tarnex::GroupNameIndex* nameIndex = nullptr;
 };

@@ -1,13 +1,17 @@
 #include "model/MtGroupingLevel.h"
 
-#include "model/NameIndex.h"
+#include "model/GroupNameIndex.h"
 #include "model/members.h"
 
 #include <algorithm>
 #include <cstring>
 
+namespace {
+constexpr int fewAttributes = 4; // room for what most levels have
+} // namespace
+
 MtGroupingLevel::MtGroupingLevel(char const* levelName, int lowerLevel, int levelKind, int levelReserved)
-    : name(levelName), lowerLevelIx(lowerLevel), kind(levelKind), reserved(levelReserved) {}
+    : name(levelName ? levelName : ""), lowerLevelIx(lowerLevel), kind(levelKind), reserved(levelReserved) {}
 
 MtGroupingLevel::MtGroupingLevel(MtGroupingLevel const& other)
     : flags(other.flags), name(other.name), lowerLevelIx(other.lowerLevelIx), kind(other.kind),
@@ -36,6 +40,7 @@ Attribute* MtGroupingLevel::findOrCreate(char const* attributeName, FindingBehav
     auto* attribute = find<Attribute>(attributeName);
     if (!attribute && behaviour == CREATE) {
         attribute = new Attribute(attributeName, groups);
+        if (attributes.size == 0) attributes.reserve(fewAttributes);
         attributes.append(attribute);
     }
     return attribute;
@@ -66,10 +71,10 @@ int MtGroupingLevel::findGroupBackward(char const* groupName) const {
     auto* names = find<MtStringAttribute>("name");
     if (!names) return *groupName ? -1 : static_cast<int>(groups.size - 1);
     if (!names->nameIndex) {
-        nameIndex = std::make_unique<tarnex::NameIndex>(names);
+        nameIndex = std::make_unique<tarnex::GroupNameIndex>(names, groups);
         names->nameIndex = nameIndex.get();
     }
-    return names->nameIndex->findLast(groupName, groups.size);
+    return names->nameIndex->findLast(groupName);
 }
 
 void MtGroupingLevel::updateSegmentationFlag(MolTopology* topology, int levelIx) {

@@ -1,12 +1,12 @@
 #pragma once
 
 #include "foundation/McDArray.h"
-#include "foundation/McString.h"
 #include "foundation/export.h"
 #include "model/MtGroup.h"
 #include "model/MtGroupAttribute.h"
 
 #include <memory>
+#include <string>
 
 class MolTopology;
 
@@ -48,28 +48,30 @@ public:
     void clearFlag(Flag flag) { flags = static_cast<unsigned char>(flags & ~flag); }
     bool hasFlag(Flag flag) const { return (flags & flag) != 0; }
 
-    char const* getName() const { return name; }
+    char const* getName() const { return name.c_str(); }
     int getLowerLevelIx() const { return lowerLevelIx; }
     int getKind() const { return kind; }
     int getReserved() const { return reserved; }
-
-    /// Inserts a group, which becomes the level's, at a position from 0 to the number of groups; values move along.
-    void insertGroup(MtGroup* group, int position);
 
     McDArray<MtGroup*> groups;
     McDArray<MtGroupAttribute*> attributes;
     unsigned char flags = flagBit0 | flagBit1 | flagBit5;
 
 private:
+    friend class MolTopology;
+
+    /// Inserts a group at a position from 0 to the number of groups; values move along.
+    void insertGroup(MtGroup* group, int position);
+
     template <class Attribute>
     Attribute* find(char const* attributeName) const;
     template <class Attribute>
     Attribute* findOrCreate(char const* attributeName, FindingBehaviour behaviour);
 
-    McString name;
+    std::string name;
     int lowerLevelIx;
     int kind;
     int reserved;
     /// Made by the first lookup of a name.
-    mutable std::unique_ptr<tarnex::NameIndex> nameIndex;
+    mutable std::unique_ptr<tarnex::GroupNameIndex> nameIndex;
 };

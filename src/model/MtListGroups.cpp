@@ -29,6 +29,7 @@ MtIntraLevelRange* MtIntraLevelRange::clone() const {
 }
 
 bool MtIntraLevelRange::translate(MtGroupRefTranslator* translator, bool) {
+    if (size() == 0) return true;
     MtGroupRef const firstImage = translator->translate(MtGroupRef(levelIx, first));
     MtGroupRef const lastImage = translator->translate(MtGroupRef(levelIx, last));
     if (firstImage.groupIx < 0 || lastImage.groupIx < 0) return false;

@@ -30,7 +30,7 @@ public:
     ~MtIntraLevelRange() override;
 
     MtIntraLevelRange* clone() const override;
-    /// Maps both ends; false if either was removed.
+    /// Maps both ends; false if either was removed. A range without members stays as it is.
     bool translate(MtGroupRefTranslator* translator, bool flag) override;
     /// 0 if `last` stands ahead of `first`.
     int size() const override;

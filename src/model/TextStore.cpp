@@ -38,10 +38,12 @@ char const* TextStore::store(char const* text) {
 
 char* TextStore::allocate(std::size_t bytes) {
     if (blockUsed + bytes > blockSize) {
-        blockSize = std::max(bytes, std::clamp(2 * blockSize, firstBlockSize, largestBlockSize));
-        auto* block = static_cast<char*>(mcmalloc(blockSize));
+        blocks.reserve(blocks.size + 1);
+        std::size_t const newSize = std::max(bytes, std::clamp(2 * blockSize, firstBlockSize, largestBlockSize));
+        auto* block = static_cast<char*>(mcmalloc(newSize));
         if (!block) throw std::bad_alloc();
         blocks.append(block);
+        blockSize = newSize;
         blockUsed = 0;
     }
     char* place = blocks.data[blocks.size - 1] + blockUsed;

@@ -16,16 +16,26 @@ inline bool exists(MolTopology const& topology, MtGroupRef ref) {
            ref.groupIx < topology.levels.data[ref.levelIx]->groups.size;
 }
 
+/// The groups of a range that exist in the topology: from `begin` up to `end`, which is not one of them.
+struct ExistingPart {
+    ExistingPart(MolTopology const& topology, MtIntraLevelRange const& range) {
+        if (range.levelIx < 0 || range.levelIx >= topology.levels.size) return;
+        auto const groups = static_cast<int>(topology.levels.data[range.levelIx]->groups.size);
+        begin = std::max(range.first, 0);
+        end = range.last < groups ? range.last + 1 : groups;
+    }
+    int begin = 0;
+    int end = 0;
+};
+
 /// Calls `visit(MtGroupRef)` for each member of a group that exists in the topology, in order. Ranges and lists can be
 /// filled after they are added and may name anything; walks over members go through here.
 template <class Visitor>
 void forEachMember(MolTopology const& topology, MtGroup const* group, Visitor&& visit) {
     if (!group) return;
     if (auto const* range = dynamic_cast<MtIntraLevelRange const*>(group)) {
-        if (range->levelIx < 0 || range->levelIx >= topology.levels.size) return;
-        auto const groups = static_cast<int>(topology.levels.data[range->levelIx]->groups.size);
-        int const end = range->last < groups ? range->last + 1 : groups;
-        for (int i = std::max(range->first, 0); i < end; ++i) visit(MtGroupRef(range->levelIx, i));
+        ExistingPart const part(topology, *range);
+        for (int i = part.begin; i < part.end; ++i) visit(MtGroupRef(range->levelIx, i));
         return;
     }
     for (int i = 0, n = group->size(); i < n; ++i) {

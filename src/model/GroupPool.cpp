@@ -1,0 +1,68 @@
+#include "model/GroupPool.h"
+
+#include "foundation/memory.h"
+
+#include <algorithm>
+#include <new>
+
+namespace tarnex {
+
+namespace {
+
+constexpr std::size_t firstBlockSize = 1024;
+constexpr std::size_t largestBlockSize = 64 * 1024;
+
+void* allocateBytes(std::size_t bytes) {
+    void* place = mcmalloc(bytes);
+    if (!place) throw std::bad_alloc();
+    return place;
+}
+
+} // namespace
+
+void* GroupPool::allocate(std::size_t bytes) {
+    std::size_t const needed = placeFor(bytes);
+    if (used + needed > blockSize) startBlock(needed);
+    auto* owner = reinterpret_cast<Owner*>(reinterpret_cast<char*>(block) + used);
+    *owner = block;
+    used += needed;
+    ++block->users;
+    return owner + 1;
+}
+
+void* GroupPool::allocateAlone(std::size_t bytes) {
+    auto* owner = static_cast<Owner*>(allocateBytes(sizeof(Owner) + bytes));
+    *owner = nullptr;
+    return owner + 1;
+}
+
+void GroupPool::release(void* object) noexcept {
+    if (!object) return;
+    Owner* owner = static_cast<Owner*>(object) - 1;
+    if (*owner)
+        leave(*owner);
+    else
+        mcfree(owner);
+}
+
+void GroupPool::startBlock(std::size_t bytes) {
+    std::size_t const wanted = expected > 0 ? expected : std::max(2 * blockSize, firstBlockSize);
+    std::size_t const room = std::max(bytes, std::min(wanted, largestBlockSize));
+    auto* fresh = static_cast<Block*>(allocateBytes(sizeof(Block) + room));
+    giveUpBlock();
+    expected -= std::min(expected, room);
+    fresh->users = 1;
+    block = fresh;
+    blockSize = sizeof(Block) + room;
+    used = sizeof(Block);
+}
+
+void GroupPool::giveUpBlock() noexcept {
+    if (block) leave(block);
+}
+
+void GroupPool::leave(Block* block) noexcept {
+    if (--block->users == 0) mcfree(block);
+}
+
+} // namespace tarnex

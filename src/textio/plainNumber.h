@@ -1,0 +1,76 @@
+#pragma once
+
+#include "textio/textScan.h"
+
+#include <array>
+#include <string_view>
+
+/// The fast road from texts to numbers. It takes texts that are a plain number as a whole and refuses all others, which
+/// then go to the C library. Seven characters behind a text may be looked at.
+namespace tarnex {
+
+/// At most eight characters behind an optional sign.
+struct ShortNumber {
+    bool negative;
+    /// Without the sign.
+    std::ptrdiff_t length;
+    /// The characters without the sign, xored with '0' so that digits become 0 to 9. Zeros fill up the front.
+    std::uint64_t digits = 0;
+
+    explicit ShortNumber(std::string_view text) {
+        char const front = text.empty() ? '\0' : text.front();
+        negative = front == '-';
+        int const signs = static_cast<int>(negative) | static_cast<int>(front == '+');
+        length = static_cast<std::ptrdiff_t>(text.size()) - signs;
+        if (fits()) digits = alignRight(loadWord(text.data() + signs) ^ repeated('0'), length);
+    }
+    bool fits() const { return length >= 1 && length <= wordLength; }
+};
+
+/// The value of eight digits, each 0 to 9, the first one in the lowest bits: pairs, then fours, then all.
+constexpr std::uint32_t joinDigits(std::uint64_t digits) {
+    constexpr std::uint64_t everyFourth = 0x000000ff000000ffU;
+    std::uint64_t const pairs = digits * 10 + (digits >> 8U);
+    std::uint64_t const sum = (pairs & everyFourth) * (100 + (std::uint64_t{1000000} << 32U)) +
+                              ((pairs >> 16U) & everyFourth) * (1 + (std::uint64_t{10000} << 32U));
+    return static_cast<std::uint32_t>(sum >> 32U);
+}
+
+/// True if all characters are 0 to 9.
+constexpr bool areDigits(std::uint64_t word) {
+    return ((word | (word + repeated(0x76))) & repeated(static_cast<char>(0x80))) == 0;
+}
+
+/// True for an integer of at most 8 digits.
+inline bool parseShortInt(std::string_view text, int& value) {
+    ShortNumber const number(text);
+    if (!number.fits() || !areDigits(number.digits)) return false;
+    auto const magnitude = static_cast<int>(joinDigits(number.digits));
+    value = number.negative ? -magnitude : magnitude;
+    return true;
+}
+
+inline constexpr std::array<double, 8> shortPowersOfTen = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7};
+
+/// True for a number of at most 8 characters without exponent. Its digits and the power of ten are exact doubles, so
+/// that their quotient is the correctly rounded number.
+inline bool parseShortDouble(std::string_view text, double& value) {
+    ShortNumber const number(text);
+    if (!number.fits()) return false;
+    std::uint64_t digits = number.digits;
+    std::size_t decimals = 0;
+    if (std::uint64_t const points = mark(digits, '.' ^ '0')) {
+        if (number.length == 1) return false;
+        int const place = std::countr_zero(points) / 8;
+        std::uint64_t const before = (std::uint64_t{1} << (8 * place)) - 1;
+        digits = (digits & before) << 8U | (digits & ~(before << 8U | 0xffU));
+        decimals = static_cast<std::size_t>(wordLength - 1 - place);
+    }
+    if (!areDigits(digits)) return false;
+    double const magnitude = static_cast<std::int32_t>(joinDigits(digits)) / shortPowersOfTen[decimals];
+    auto const sign = static_cast<std::uint64_t>(number.negative) << 63U;
+    value = std::bit_cast<double>(std::bit_cast<std::uint64_t>(magnitude) | sign);
+    return true;
+}
+
+} // namespace tarnex

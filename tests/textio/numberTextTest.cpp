@@ -1,0 +1,158 @@
+#include "textio/numberText.h"
+
+#include "textio/numberParsing.h"
+
+#include <bit>
+#include <clocale>
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <gtest/gtest.h>
+#include <limits>
+#include <optional>
+#include <random>
+#include <sstream>
+#include <string>
+
+namespace {
+
+/// A text, or nothing where `FloatConversion_Error` is thrown.
+using Text = std::optional<std::string>;
+
+template <class Function>
+Text textOf(Function function) {
+    try {
+        return std::string(function());
+    } catch (FloatConversion_Error const&) {
+        return std::nullopt;
+    }
+}
+
+/// The left and right parts straight from the digits of `fcvt`.
+Text leftByFcvt(int width, float value) {
+    int point = 0;
+    int negative = 0;
+    char const* const digits = fcvt(static_cast<double>(value), width, &point, &negative);
+    std::string text = negative ? "-" : "";
+    text += point > 0 ? std::string(digits, static_cast<std::size_t>(point)) : "0";
+    return text.size() > static_cast<std::size_t>(width) ? Text() : Text(text);
+}
+
+std::string rightByFcvt(int count, float value) {
+    int point = 0;
+    int negative = 0;
+    char const* digits = fcvt(static_cast<double>(value), count, &point, &negative);
+    auto const length = static_cast<std::size_t>(count);
+    std::string text(point < 0 ? std::min(length, static_cast<std::size_t>(-point)) : 0, '0');
+    if (point > 0) digits += point;
+    text.append(digits, std::min(std::strlen(digits), length - text.size()));
+    return text + std::string(length - text.size(), '0');
+}
+
+Text wholeByFcvt(int width, float value) {
+    Text const left = leftByFcvt(width - 1, value);
+    if (width > 20 || !left) return std::nullopt;
+    return *left + "." + rightByFcvt(width - 1 - static_cast<int>(left->size()), value);
+}
+
+/// Numbers as files have them, halves of every decimal place, and any bit pattern at all.
+float randomValue(std::mt19937& random) {
+    float const scale = std::pow(10.0F, static_cast<float>(random() % 14) - 4.0F);
+    auto const kind = random() % 5;
+    if (kind == 0) return std::bit_cast<float>(static_cast<std::uint32_t>(random()));
+    if (kind == 1) return (static_cast<float>(random() % 4001) - 2000.0F) / 4096.0F;
+    if (kind == 2) return (static_cast<float>(random() % 2001) - 1000.0F) / 2.0F / scale;
+    if (kind == 3) return std::nextafter(std::round(static_cast<float>(random() % 1000)), -1.0F);
+    return (static_cast<float>(random()) / 4.3e9F - 0.5F) * scale;
+}
+
+void expectAllTexts(float value) {
+    for (int width = 1; width < 25; ++width) {
+        EXPECT_EQ(textOf([&] { return leftFloatToString(width, value); }), leftByFcvt(width, value))
+            << width << ' ' << value;
+        EXPECT_EQ(std::string(rightFloatToString(width, value)), rightByFcvt(width, value)) << width << ' ' << value;
+        EXPECT_EQ(textOf([&] { return floatToString(width, value); }), wholeByFcvt(width, value))
+            << width << ' ' << value;
+    }
+}
+
+TEST(numberText, hasTheDigitsOfFcvt) {
+    constexpr float nan = std::numeric_limits<float>::quiet_NaN();
+    std::initializer_list<float> const special = {0.0F,     -0.0F,    0.5F,       -0.5F, 2.5e-5F, 0.03125F, 9.99F,
+                                                  1e-45F,   -1e-40F,  8388607.5F, 1e10F, 0x1p63F, 0x1p64F,  3.4e38F,
+                                                  -3.4e38F, INFINITY, -INFINITY,  nan,   -nan};
+    for (float const value : special) expectAllTexts(value);
+    std::mt19937 random(7);
+    for (int i = 0; i < 20000 && !testing::Test::HasFailure(); ++i) expectAllTexts(randomValue(random));
+}
+
+TEST(numberText, keepsItsLengthAtTheLimits) {
+    EXPECT_STREQ(floatToString(3, 9.99F), "9.0");
+    EXPECT_STREQ(leftFloatToString(5, -0.5F), "-0");
+    EXPECT_STREQ(rightFloatToString(4, 0.05F), "0500");
+    EXPECT_STREQ(leftFloatToString(5, -1000.0F), "-1000");
+    EXPECT_THROW(leftFloatToString(5, -10000.0F), FloatConversion_Error);
+    EXPECT_THROW(leftFloatToString(-1, 1.0F), FloatConversion_Error);
+    EXPECT_STREQ(rightFloatToString(0, 0.5F), "");
+    EXPECT_EQ(std::strlen(rightFloatToString(1000, 0.5F)), 99U);
+    EXPECT_EQ(std::strlen(leftFloatToString(1000, -3.4e38F)), 40U);
+    EXPECT_STREQ(itoa2(-2147483647 - 1), "-2147483648");
+}
+
+TEST(numberText, putsPartsAndDecimalsAsTheSlowWays) {
+    std::mt19937 random(11);
+    for (int i = 0; i < 100000 && !testing::Test::HasFailure(); ++i) {
+        float const value = randomValue(random);
+        auto const digits = static_cast<int>(random() % 16);
+        char text[tarnex::numberTextRoom];
+        char expected[tarnex::numberTextRoom];
+        *tarnex::putDecimal(text, 8, digits, value) = '\0';
+        std::snprintf(expected, sizeof expected, "%8.*f", digits, static_cast<double>(value));
+        ASSERT_STREQ(text, expected);
+        Text const parts = textOf([&] {
+            *tarnex::putParts(text, 5, digits, value) = '\0';
+            return text;
+        });
+        Text left = leftByFcvt(5, value);
+        if (left) left = std::string(5 - left->size(), ' ') + *left + "." + rightByFcvt(digits, value);
+        ASSERT_EQ(parts, left) << value;
+    }
+}
+
+void expectAsC(std::string const& text) {
+    EXPECT_EQ(tarnex::parseInt(text), static_cast<int>(std::strtol(text.c_str(), nullptr, 10))) << text;
+    EXPECT_EQ(std::bit_cast<std::uint64_t>(tarnex::parseDouble(text)),
+              std::bit_cast<std::uint64_t>(std::strtod(text.c_str(), nullptr)))
+        << text;
+}
+
+TEST(numberParsing, givesTheBitsOfTheCLibrary) {
+    std::istringstream texts(
+        "| |-|+|.|5.|.5|-.5e1|1e5|1E+|1e|0x1p-3|0x1F|inf|-NaN|1e400|-1e-400|9007199254740992|9007199254740993"
+        "|9007199254740993e22|1e22|1e23|1e-22|0e99|-0|12 3|\t7|--1|99999999999999999999|-99999999999999999999"
+        "|4294967297|2147483648|123456789012345678|1,5|0.1e1x");
+    for (std::string text; std::getline(texts, text, '|');) expectAsC(text);
+    EXPECT_EQ(tarnex::parseDouble(std::string(500, '0') + "1.5"), 1.5);
+    EXPECT_EQ(tarnex::parseInt(std::string_view("1\0002", 3)), 1);
+    std::mt19937 random(3);
+    static constexpr char alphabet[] = "0123456789012345678901234567890123456789..-+eE";
+    for (int i = 0; i < 500000 && !testing::Test::HasFailure(); ++i) {
+        std::string text;
+        for (auto n = random() % 22; n > 0; --n) text += alphabet[random() % (sizeof alphabet - 1)];
+        expectAsC(text);
+    }
+}
+
+TEST(numberParsing, ignoresTheLocaleOfTheHost) {
+    if (!std::setlocale(LC_NUMERIC, "de_DE.UTF-8")) GTEST_SKIP() << "no locale with a decimal comma here";
+    EXPECT_EQ(tarnex::parseDouble("1.50000000000000000000"), 1.5);
+    char text[tarnex::numberTextRoom];
+    *tarnex::putDecimal(text, 0, 15, 1.5F) = '\0';
+    EXPECT_STREQ(text, "1.500000000000000");
+    EXPECT_STREQ(floatToString(18, 1.5F), "1.5000000000000000");
+    std::setlocale(LC_NUMERIC, "C");
+}
+
+} // namespace

@@ -1,0 +1,243 @@
+#include "slowScanner.h"
+#include "textio/lengthizer.h"
+#include "textio/tokenizer.h"
+
+#include <bit>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <random>
+#include <string>
+#include <unistd.h>
+
+namespace {
+
+/// A file that lives as long as the object.
+class TextFile {
+public:
+    explicit TextFile(std::string const& text)
+        : path(testing::TempDir() + "scanner" + std::to_string(getpid()) + ".txt") {
+        std::ofstream(path, std::ios::binary) << text;
+    }
+    ~TextFile() { std::filesystem::remove(path); }
+    TextFile(TextFile const&) = delete;
+    TextFile& operator=(TextFile const&) = delete;
+    char const* name() const { return path.c_str(); }
+
+private:
+    std::string path;
+};
+
+using Random = std::mt19937;
+
+int pick(Random& random, int limit) {
+    return static_cast<int>(random() % static_cast<unsigned>(limit));
+}
+
+std::string randomText(Random& random) {
+    static constexpr char alphabet[] = "  \t\r\n\r\n01289.-+eExa\0   ";
+    std::string text;
+    for (int i = pick(random, 250); i > 0; --i) text += alphabet[pick(random, sizeof alphabet - 1)];
+    if (pick(random, 4) == 0) {
+        auto const length = static_cast<std::size_t>(996 + pick(random, 8));
+        text.insert(static_cast<std::size_t>(pick(random, static_cast<int>(text.size()) + 1)), length, 'y');
+    }
+    return text;
+}
+
+template <class Operation>
+bool isRefused(Operation operation) {
+    try {
+        operation();
+    } catch (Parse_Error const& error) {
+        EXPECT_STREQ(error.message, "Read in string in exceeds buffer");
+        return true;
+    }
+    return false;
+}
+
+void expectInt(int value, std::string const& text) {
+    EXPECT_EQ(value, static_cast<int>(std::strtol(text.c_str(), nullptr, 10)));
+}
+
+void expectFloat(float value, std::string const& text) {
+    auto const expected = static_cast<float>(std::strtod(text.c_str(), nullptr));
+    EXPECT_EQ(std::bit_cast<std::uint32_t>(value), std::bit_cast<std::uint32_t>(expected)) << text;
+}
+
+/// One random operation that only this kind of scanner has, on the fast and on the slow one.
+void step(tokenizer& fast, SlowScanner& slow, Random& random) {
+    int const operation = pick(random, 6);
+    bool const refused = isRefused([&] {
+        if (operation < 3) slow.token();
+        if (operation == 3) slow.nextToken();
+        if (operation > 3) slow.tokenLine(operation == 4);
+    });
+    EXPECT_EQ(refused, isRefused([&] {
+                  if (operation == 0) fast.getToken();
+                  if (operation == 1) expectInt(fast.getInt(), slow.buffer);
+                  if (operation == 2) expectFloat(fast.getFloat(), slow.buffer);
+                  if (operation == 3) fast.getNextToken();
+                  if (operation == 4) fast.getLineString();
+                  if (operation == 5) fast.getUntrimmedLineString();
+              }));
+}
+
+void step(lengthizer& fast, SlowScanner& slow, Random& random) {
+    int const operation = pick(random, 6);
+    auto const width = static_cast<unsigned char>(pick(random, 8) == 0 ? pick(random, 256) : pick(random, 12));
+    std::string const before = slow.buffer;
+    bool const refused = isRefused([&] { operation < 5 ? slow.field(width) : slow.fieldLine(); });
+    char destination[256];
+    std::strcpy(destination, before.size() < 256 ? before.c_str() : "");
+    EXPECT_EQ(refused, isRefused([&] {
+                  if (operation == 0) fast.getToken(width);
+                  if (operation == 1) expectInt(fast.getInt(width), slow.buffer);
+                  if (operation == 2) expectFloat(fast.getFloat(width), slow.buffer);
+                  if (operation == 3) fast.getString(width);
+                  if (operation == 4) fast.getString(destination, width);
+                  if (operation == 5) fast.getUntrimmedLineString();
+              }));
+    EXPECT_EQ(fast.target, fast.buffer);
+    if (operation != 4) return;
+    if (width > 0) {
+        EXPECT_EQ(std::memcmp(destination, slow.buffer.c_str(), slow.buffer.size() + 1), 0);
+    }
+    slow.buffer = before;
+}
+
+/// One random operation that all scanners have. `position` is a saved offset.
+void stepCommon(reader& fast, SlowScanner& slow, Random& random, long& position) {
+    int const operation = pick(random, 8);
+    if (operation < 4) {
+        fast.nextLine();
+        slow.nextLine();
+    } else if (operation < 6) {
+        auto const n = static_cast<unsigned short>(pick(random, 6) == 0 ? pick(random, 65536) : pick(random, 20));
+        fast.skipChars(n);
+        slow.skipChars(n);
+    } else if (operation == 6) {
+        long expected = 0;
+        fast.getStreamPos(position);
+        slow.getStreamPos(expected);
+        EXPECT_EQ(position, expected);
+    } else {
+        long const target = pick(random, 2) == 0 ? position : pick(random, 320) - 20;
+        fast.setStreamPos(target);
+        slow.setStreamPos(target);
+    }
+}
+
+template <class Scanner>
+class Scanning : public testing::Test {};
+using Scanners = testing::Types<tokenizer, lengthizer>;
+TYPED_TEST_SUITE(Scanning, Scanners);
+
+/// Blocks of a few bytes, so that every kind of text lies across their borders.
+TYPED_TEST(Scanning, equalsCharacterByCharacterReading) {
+    for (unsigned seed = 0; seed < 3000 && !this->HasFailure(); ++seed) {
+        Random random(seed);
+        TextFile const text(randomText(random));
+        TypeParam fast(text.name(), static_cast<std::size_t>(pick(random, 40)));
+        SlowScanner slow(text.name());
+        long position = 0;
+        for (int i = 0; i < 80; ++i) {
+            if (pick(random, 3) == 0) {
+                stepCommon(fast, slow, random, position);
+            } else {
+                step(fast, slow, random);
+            }
+            ASSERT_EQ(std::memcmp(fast.buffer, slow.buffer.c_str(), slow.buffer.size() + 1), 0) << seed << ' ' << i;
+            ASSERT_EQ(fast.lineNumber, slow.lineNumber) << seed << ' ' << i;
+            ASSERT_EQ(fast.eof, slow.eof) << seed << ' ' << i;
+            ASSERT_EQ(fast.tell(), std::ftell(slow.file)) << seed << ' ' << i;
+        }
+    }
+}
+
+TYPED_TEST(Scanning, takesWhatCannotBeReadAsEmpty) {
+    std::string const directory = testing::TempDir();
+    std::string const missing = directory + "no such file";
+    for (std::string const& name : {missing, directory}) {
+        TypeParam scanner(name.c_str());
+        EXPECT_EQ(scanner.isOpen(), name == directory);
+        EXPECT_STREQ(scanner.getUntrimmedLineString(), "");
+        scanner.nextLine();
+        EXPECT_TRUE(scanner.eof);
+        scanner.setStreamPos(0);
+        EXPECT_FALSE(scanner.eof);
+        scanner.skipChars(1);
+        EXPECT_TRUE(scanner.eof);
+        EXPECT_EQ(scanner.tell(), 0);
+    }
+}
+
+TEST(tokenizer, takesTokensAndLines) {
+    TextFile const text("a b\nc\r\n  x  \n  x  \n");
+    tokenizer in(text.name());
+    EXPECT_STREQ(in.getString(), "a");
+    EXPECT_STREQ(in.getString(), "b");
+    EXPECT_STREQ(in.getString(), "\n");
+    EXPECT_STREQ(in.getString(), "\n");
+    in.nextLine();
+    EXPECT_STREQ(in.getString(), "c");
+    in.nextLine();
+    EXPECT_STREQ(in.getLineString(), "x");
+    in.nextLine();
+    EXPECT_STREQ(in.getUntrimmedLineString(), "  x  ");
+    in.nextLine();
+    EXPECT_EQ(in.lineNumber, 5);
+    EXPECT_FALSE(in.eof);
+    in.getNextToken();
+    EXPECT_TRUE(in.eof);
+}
+
+TEST(lengthizer, takesFieldsByWidth) {
+    TextFile const text("  12  ab\n  x  \n");
+    lengthizer in(text.name());
+    EXPECT_EQ(in.getInt(5), 12);
+    EXPECT_STREQ(in.getString(3), "ab");
+    EXPECT_STREQ(in.getString(3), "");
+    EXPECT_FALSE(in.eof);
+    in.nextLine();
+    EXPECT_STREQ(in.getUntrimmedLineString(), "  x");
+}
+
+TEST(reader, judgesItsBuffer) {
+    struct Case {
+        char const* token;
+        bool isInt, isFloat;
+    };
+    for (auto const& [token, isInt, isFloat] :
+         {Case{"", true, true}, Case{"+12", true, true}, Case{"-", true, true}, Case{"1-2", false, false},
+          Case{"-1.5E+3", false, true}, Case{"E", false, true}, Case{"1e5", false, false}, Case{"1.2.3", false, false},
+          Case{"1.E5", false, true}, Case{"E5-", false, false}, Case{"1EE", false, false}, Case{"+-1", false, false}}) {
+        TextFile const text(token);
+        lengthizer in(text.name());
+        in.getToken(20);
+        EXPECT_EQ(in.isInt(), isInt) << token;
+        EXPECT_EQ(in.isFloat(), isFloat) << token;
+        EXPECT_TRUE(in.equals(token));
+    }
+}
+
+TEST(reader, returnsToPlacesBeyondFourGigabytes) {
+    TextFile const text("first\n");
+    long const far = 5'000'000'000;
+    std::filesystem::resize_file(text.name(), static_cast<std::uintmax_t>(far));
+    std::ofstream(text.name(), std::ios::binary | std::ios::app) << "last line\n";
+    tokenizer in(text.name());
+    in.setStreamPos(far);
+    EXPECT_EQ(in.lineNumber, 0);
+    EXPECT_STREQ(in.getString(), "last");
+    long position = 0;
+    in.getStreamPos(position);
+    EXPECT_EQ(position, far + 5);
+    in.setStreamPos(0);
+    EXPECT_EQ(in.getString()[0], 'f');
+}
+
+} // namespace

@@ -1,0 +1,158 @@
+#include "wizard/TarnexWizard.h"
+
+#include "mdl/MDLIO.h"
+#include "model/MolTrajectoryMem.h"
+#include "qlt/MolTrajectoryVRK.h"
+#include "support/compareTopologies.h"
+#include "support/files.h"
+
+#include <gtest/gtest.h>
+#include <memory>
+
+namespace {
+
+using namespace tarnex::test;
+using Wizard = TarnexWizard;
+
+std::string sdf(int molecules) {
+    std::string text;
+    for (int i = 0; i < molecules; ++i) {
+        text += "\n\n\n  1  0  0  0  0  0  0  0  0  0999 V2000\n" + std::string(9, ' ') + std::to_string(i) +
+                "         0         0 C\nM  END\n$$$$\n";
+    }
+    return text;
+}
+
+/// What a call writes on standard output.
+template <class Call>
+std::string printed(Call&& call) {
+    testing::internal::CaptureStdout();
+    call();
+    std::fflush(stdout);
+    return testing::internal::GetCapturedStdout();
+}
+
+std::string filled(std::string text, int value, std::string const& name) {
+    text.replace(text.find("%d"), 2, std::to_string(value));
+    return text.replace(text.find("%s"), 2, name);
+}
+
+std::string moleculeMessage(int value, std::string const& name, int times) {
+    std::string text;
+    for (int i = 0; i < times; ++i) {
+        text += filled("Unable to read Molecule of type: %d\nNot saving molecule to %s\n\n", value, name);
+    }
+    return text;
+}
+
+std::string trajectoryMessage(int value, std::string const& name, int times) {
+    std::string text;
+    for (int i = 0; i < times; ++i) {
+        text += filled("Unable to read Trajectory of type: %d\nNot saving Trajectory to %s\n\n", value, name);
+    }
+    return text;
+}
+
+std::string bundleMessage(int value, std::string const& name) {
+    return filled("Unable to read Bundle of type: %d\nNot loading Bundle to %s\n\n", value, name);
+}
+
+std::string readMoleculePrints(char const* name, int type) {
+    return printed(
+        [&] { EXPECT_EQ(Wizard::readMolecule(name, static_cast<Wizard::ReadMolecules>(type), nullptr), nullptr); });
+}
+
+std::string readTrajectoryPrints(char const* name, int type) {
+    return printed([&] {
+        auto const selector = static_cast<Wizard::ReadTrajectories>(type);
+        EXPECT_EQ(Wizard::readMolTrajectory(name, selector, nullptr, nullptr), nullptr);
+    });
+}
+
+TEST(TarnexWizard, ReadsByExtensionAndKeepsTheResultAlive) {
+    std::string const sdfFile = writeFile("three.x.sdf", sdf(3));
+    std::string const qltFile = scratchPath("three.qlt");
+    std::unique_ptr<Molecule> const first(
+        Wizard::readMolecule(sdfFile.c_str(), Wizard::ReadMolecules::READ_AUTO, nullptr));
+    ASSERT_TRUE(first);
+    EXPECT_EQ(first->refCount, 0);
+    EXPECT_EQ(first->getTopology()->refCount, 1);
+    EXPECT_EQ(first->coords[0].x, 0.0F);
+
+    auto const records = MDLIO(nullptr, nullptr).readMDLMolTrajectoryBundle(sdfFile.c_str());
+    ASSERT_TRUE(tarnex::writeQltBundle(records, qltFile.c_str()));
+    EXPECT_EQ(Wizard::readBundle(qltFile.c_str(), Wizard::ReadBundles::READ_AUTO).size, 3);
+    std::unique_ptr<Molecule> const same(
+        Wizard::readMolecule(qltFile.c_str(), Wizard::ReadMolecules::READ_AUTO, nullptr));
+    ASSERT_TRUE(same);
+    EXPECT_EQ(compareTopologies(*first->getTopology(), *same->getTopology()), "");
+
+    for (std::string const& file : {sdfFile, qltFile}) {
+        auto* trajectory =
+            Wizard::readMolTrajectory(file.c_str(), Wizard::ReadTrajectories::READ_AUTO, nullptr, nullptr);
+        ASSERT_TRUE(trajectory);
+        EXPECT_EQ(trajectory->refCount, 0);
+        McHandle<MolTrajectory> const held(trajectory);
+        Molecule molecule(trajectory->getTopology(), false);
+        EXPECT_TRUE(trajectory->getTimeStep(0, &molecule));
+        EXPECT_EQ(molecule.getNumAtoms(), 1);
+    }
+}
+
+TEST(TarnexWizard, ReadingFailures) {
+    EXPECT_EQ(readMoleculePrints("no.sdf", 8), moleculeMessage(3, "no.sdf", 1));
+    EXPECT_EQ(readMoleculePrints("no.qlt", 7), moleculeMessage(7, "no.qlt", 1));
+    EXPECT_EQ(readMoleculePrints("a.SDF", 8), moleculeMessage(8, "a.SDF", 2));
+    EXPECT_EQ(readMoleculePrints("df", 8), moleculeMessage(8, "df", 2));
+    EXPECT_EQ(readMoleculePrints("x", 77), moleculeMessage(77, "x", 2));
+
+    EXPECT_EQ(readTrajectoryPrints("no.sdf", 9), trajectoryMessage(4, "no.sdf", 1));
+    EXPECT_EQ(readTrajectoryPrints("no.qlt", 8), trajectoryMessage(8, "no.qlt", 1));
+    EXPECT_EQ(readTrajectoryPrints("a.xyz", 9), trajectoryMessage(7, "a.xyz", 1));
+    EXPECT_EQ(readTrajectoryPrints("a.dcd", 9), trajectoryMessage(1, "a.dcd", 2));
+    EXPECT_EQ(readTrajectoryPrints("a.b", 6), trajectoryMessage(6, "a.b", 2));
+    EXPECT_EQ(readTrajectoryPrints("a.b", 9), bundleMessage(9, "a.b") + trajectoryMessage(9, "a.b", 1));
+
+    auto const bundlePrints = [](char const* name, int type) {
+        return printed([&] { EXPECT_EQ(Wizard::readBundle(name, static_cast<Wizard::ReadBundles>(type)).size, 0); });
+    };
+    EXPECT_EQ(bundlePrints("a.mol2", 4), bundleMessage(4, "a.mol2"));
+    EXPECT_EQ(bundlePrints("a", 0), bundleMessage(0, "a"));
+    EXPECT_EQ(bundlePrints("no.qlt", 4), "");
+}
+
+TEST(TarnexWizard, Writing) {
+    auto* topology = new MolTopology;
+    topology->addGroup(0, new MtAtom);
+    Molecule molecule(topology, true);
+    MolTrajectoryMem trajectory(&molecule, 1);
+    std::string const sdfFile = scratchPath("out.sdf");
+    std::string const qltFile = scratchPath("out.qlt");
+    EXPECT_NE(Wizard::writeMolecule(sdfFile.c_str(), &molecule, Wizard::WriteMolecules::WRITE_MDL), 0);
+    EXPECT_NE(Wizard::writeMolecule(qltFile.c_str(), &molecule, Wizard::WriteMolecules::WRITE_QLT), 0);
+    EXPECT_NE(Wizard::writeMolTrajectory(sdfFile.c_str(), &trajectory, Wizard::WriteTrajectories::WRITE_MDL), 0);
+    EXPECT_NE(Wizard::writeMolTrajectory(qltFile.c_str(), &trajectory, Wizard::WriteTrajectories::WRITE_QLT), 0);
+    EXPECT_NE(readFile(sdfFile).find("V2000"), std::string::npos);
+
+    std::string const noMolecule = "Unable to write Molecule of type: %d\nNot saving molecule to %s\n\n";
+    std::string const noTrajectory = "Unable to write MolTrajectory of type: %d\nNot saving molecule to %s\n\n";
+    EXPECT_EQ(printed([] { EXPECT_EQ(Wizard::writeMolecule("/no/x", nullptr, Wizard::WriteMolecules::WRITE_MDL), 0); }),
+              filled(noMolecule, 2, "/no/x"));
+    EXPECT_EQ(
+        printed([&] { EXPECT_EQ(Wizard::writeMolecule("x", &molecule, static_cast<Wizard::WriteMolecules>(9)), 0); }),
+        filled(noMolecule, 9, "x") + filled(noMolecule, 9, "x"));
+    EXPECT_EQ(printed([&] {
+                  auto const type = Wizard::WriteTrajectories::WRITE_MDL;
+                  EXPECT_EQ(Wizard::writeMolTrajectory("/no/x", &trajectory, type), 0);
+              }),
+              filled(noTrajectory, 2, "/no/x"));
+    EXPECT_EQ(printed([] { EXPECT_EQ(Wizard::writeBundle("x", {}, Wizard::WriteBundles::WRITE_QLT), 0); }), "");
+    EXPECT_EQ(printed([] { EXPECT_EQ(Wizard::writeBundle("x", {}, static_cast<Wizard::WriteBundles>(0)), 0); }),
+              filled("Unable to write Bundle of type: %d\nNot saving Bundle to %s\n\n", 0, "x"));
+}
+
+TEST(TarnexWizard, PackageEntry) {
+    EXPECT_EQ(velorpackage_tarnex(), 100); // 0.1.0
+}
+
+} // namespace

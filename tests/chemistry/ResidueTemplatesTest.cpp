@@ -1,0 +1,285 @@
+#include "chemistry/ResidueTemplates.h"
+
+#include "chemistry/ElementTable.h"
+
+#include <algorithm>
+#include <gtest/gtest.h>
+#include <map>
+#include <set>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+#include <utility>
+
+namespace {
+
+using tarnex::ResidueKind;
+using tarnex::ResidueTemplate;
+using tarnex::ResidueTemplates;
+using tarnex::TemplateAtom;
+using tarnex::TemplateBond;
+
+ResidueTemplate const& residue(std::string const& name) {
+    ResidueTemplate const* found = ResidueTemplates::instance().find(name.c_str());
+    if (!found) throw std::runtime_error("no residue template " + name);
+    return *found;
+}
+
+TemplateAtom const& atomAt(ResidueTemplate const& r, int index) {
+    return r.atoms[static_cast<std::size_t>(index)];
+}
+
+// The bond orders at each atom in the middle of a chain: no optional atoms, but a bond to each neighbour residue.
+std::vector<int> valences(ResidueTemplate const& r) {
+    std::vector<int> sum(r.atoms.size(), 0);
+    for (TemplateBond const& bond : r.bonds) {
+        if (atomAt(r, bond.atomA).optional || atomAt(r, bond.atomB).optional) continue;
+        for (int atom : {bond.atomA, bond.atomB}) sum[static_cast<std::size_t>(atom)] += bond.order;
+    }
+    for (int link : {r.headAtom, r.tailAtom})
+        if (link >= 0) ++sum[static_cast<std::size_t>(link)];
+    return sum;
+}
+
+// In Hill's order, as in C3H5NO; without the optional atoms.
+std::string formula(ResidueTemplate const& r) {
+    std::map<std::string, int> counts;
+    for (TemplateAtom const& atom : r.atoms)
+        if (!atom.optional) ++counts[tarnex::elementTable().getElement(atom.atomicNumber)->getSymbol()];
+    std::string text;
+    for (auto const& [symbol, count] : counts) text += symbol + (count > 1 ? std::to_string(count) : "");
+    return text;
+}
+
+// From the valences: a nitrogen with four bonds is positive, an oxygen with one negative.
+int charge(ResidueTemplate const& r) {
+    std::vector<int> const sum = valences(r);
+    int total = 0;
+    for (std::size_t i = 0; i < sum.size(); ++i) {
+        if (r.atoms[i].optional) continue;
+        if (r.atoms[i].atomicNumber == 7) total += sum[i] - 3;
+        if (r.atoms[i].atomicNumber == 8) total += sum[i] - 2;
+    }
+    return total;
+}
+
+bool isConnected(ResidueTemplate const& r, bool withOptional) {
+    std::set<int> reached = {0};
+    for (std::size_t before = 0; before != reached.size();) {
+        before = reached.size();
+        for (TemplateBond const& bond : r.bonds) {
+            if (!withOptional && (atomAt(r, bond.atomA).optional || atomAt(r, bond.atomB).optional)) continue;
+            if (reached.count(bond.atomA)) reached.insert(bond.atomB);
+            if (reached.count(bond.atomB)) reached.insert(bond.atomA);
+        }
+    }
+    return std::all_of(r.atoms.begin(), r.atoms.end(), [&](TemplateAtom const& atom) {
+        return (atom.optional && !withOptional) || reached.count(static_cast<int>(&atom - r.atoms.data()));
+    });
+}
+
+TEST(ResidueTemplates, AreChemicallySound) {
+    std::map<int, std::set<int>> const allowed = {{1, {1}},  {6, {4}},  {7, {3, 4}},       {8, {1, 2}},
+                                                  {15, {5}}, {34, {2}}, {16, {1, 2, 4, 6}}};
+    for (ResidueTemplate const& r : ResidueTemplates::instance().all()) {
+        SCOPED_TRACE(r.name);
+        ASSERT_FALSE(r.atoms.empty());
+        if (r.kind == ResidueKind::ion) {
+            EXPECT_EQ(r.atoms.size(), 1U);
+            EXPECT_TRUE(r.bonds.empty());
+            continue;
+        }
+        std::vector<int> const sum = valences(r);
+        for (std::size_t i = 0; i < sum.size(); ++i)
+            EXPECT_TRUE(r.atoms[i].optional || allowed.at(r.atoms[i].atomicNumber).count(sum[i]))
+                << r.atoms[i].name << " " << sum[i];
+        EXPECT_TRUE(isConnected(r, false));
+        EXPECT_TRUE(isConnected(r, true));
+
+        std::set<std::pair<int, int>> pairs;
+        std::map<int, int> partners;
+        for (TemplateBond const& bond : r.bonds) {
+            EXPECT_TRUE(pairs.insert(std::minmax(bond.atomA, bond.atomB)).second);
+            ++partners[bond.atomA];
+            ++partners[bond.atomB];
+        }
+        for (std::size_t i = 0; i < r.atoms.size(); ++i)
+            EXPECT_TRUE(r.atoms[i].atomicNumber != 1 || partners[static_cast<int>(i)] == 1) << r.atoms[i].name;
+    }
+}
+
+TEST(ResidueTemplates, HaveTheKnownFormulas) {
+    std::map<std::string, std::string> const formulas = {
+        {"ALA", "C3H5NO"},      {"ARG", "C6H13N4O"},   {"ASN", "C4H6N2O2"},    {"ASP", "C4H4NO3"},
+        {"CYS", "C3H5NOS"},     {"GLN", "C5H8N2O2"},   {"GLU", "C5H6NO3"},     {"GLY", "C2H3NO"},
+        {"HIS", "C6H7N3O"},     {"ILE", "C6H11NO"},    {"LEU", "C6H11NO"},     {"LYS", "C6H13N2O"},
+        {"MET", "C5H9NOS"},     {"PHE", "C9H9NO"},     {"PRO", "C5H7NO"},      {"SER", "C3H5NO2"},
+        {"THR", "C4H7NO2"},     {"TRP", "C11H10N2O"},  {"TYR", "C9H9NO2"},     {"VAL", "C5H9NO"},
+        {"HID", "C6H7N3O"},     {"HIP", "C6H8N3O"},    {"ASH", "C4H5NO3"},     {"LYN", "C6H12N2O"},
+        {"NGLY", "C2H5NO"},     {"CGLY", "C2H3NO2"},   {"MSE", "C5H9NOSe"},    {"HOH", "H2O"},
+        {"A", "C10H11N5O6P"},   {"C", "C9H11N3O7P"},   {"G", "C10H11N5O7P"},   {"U", "C9H10N2O8P"},
+        {"I", "C10H10N4O7P"},   {"DA", "C10H11N5O5P"}, {"DC", "C9H11N3O6P"},   {"DG", "C10H11N5O6P"},
+        {"DT", "C10H12N2O7P"},  {"DU", "C9H10N2O7P"},  {"DA5", "C10H12N5O3"},  {"DA3", "C10H12N5O5P"},
+        {"ADE", "C10H11N5O6P"}, {"PSU", "C9H10N2O8P"}, {"OMC", "C10H13N3O7P"}, {"5MU", "C10H12N2O8P"},
+        {"ACE", "C2H3O"},       {"NME", "CH4N"},       {"NH2", "H2N"},         {"SEP", "C3H4NO5P"},
+    };
+    for (auto const& [name, expected] : formulas) EXPECT_EQ(formula(residue(name)), expected) << name;
+}
+
+TEST(ResidueTemplates, AreChargedAsNamed) {
+    std::map<std::string, int> const charges = {
+        {"ALA", 0},  {"ARG", 1},  {"ARN", 0},  {"ASP", -1}, {"ASH", 0}, {"GLU", -1}, {"GLH", 0},  {"LYS", 1},
+        {"LYN", 0},  {"HIS", 0},  {"HID", 0},  {"HIE", 0},  {"HIP", 1}, {"TYM", -1}, {"NALA", 1}, {"CALA", -1},
+        {"NPRO", 1}, {"NASP", 0}, {"CARG", 0}, {"A", -1},   {"DT", -1}, {"DT5", 0},  {"DT3", -1}, {"SEP", -2},
+        {"TPO", -2}, {"PTR", -2}, {"TYS", -1}, {"PCA", 0},  {"SME", 0}, {"HYP", 0},
+    };
+    for (auto const& [name, expected] : charges) EXPECT_EQ(charge(residue(name)), expected) << name;
+}
+
+TEST(ResidueTemplates, LinkChainsThroughTheirEndAtoms) {
+    for (ResidueTemplate const& r : ResidueTemplates::instance().all()) {
+        SCOPED_TRACE(r.name);
+        bool const isNucleotide = r.kind == ResidueKind::nucleotide;
+        EXPECT_TRUE(r.headAtom < 0 || atomAt(r, r.headAtom).name == (isNucleotide ? "P" : "N"));
+        EXPECT_TRUE(r.tailAtom < 0 || atomAt(r, r.tailAtom).name == (isNucleotide ? "O3'" : "C"));
+    }
+    auto const links = [](char const* name) {
+        return std::pair(residue(name).headAtom >= 0, residue(name).tailAtom >= 0);
+    };
+    for (char const* name : {"GLY", "HID", "MSE", "A", "DC", "PSU"})
+        EXPECT_EQ(links(name), std::pair(true, true)) << name;
+    for (char const* name : {"CGLY", "NME", "NH2", "DC3", "RU3"})
+        EXPECT_EQ(links(name), std::pair(true, false)) << name;
+    for (char const* name : {"NGLY", "ACE", "FOR", "PCA", "DC5", "RU5"})
+        EXPECT_EQ(links(name), std::pair(false, true)) << name;
+    for (char const* name : {"HOH", "NA"}) EXPECT_EQ(links(name), std::pair(false, false)) << name;
+}
+
+TEST(ResidueTemplates, KnowRingsAsKekuleStructures) {
+    auto const order = [](char const* name, char const* first, char const* second) {
+        ResidueTemplate const& r = residue(name);
+        int const a = r.atomIndex(first), b = r.atomIndex(second);
+        for (TemplateBond const& bond : r.bonds)
+            if ((bond.atomA == a && bond.atomB == b) || (bond.atomA == b && bond.atomB == a)) return bond.order;
+        return 0;
+    };
+    EXPECT_EQ(order("HID", "ND1", "CE1"), 1);
+    EXPECT_EQ(order("HID", "CE1", "NE2"), 2);
+    EXPECT_EQ(order("HIE", "ND1", "CE1"), 2);
+    EXPECT_EQ(order("TYR", "CG", "CD1"), 2);
+    EXPECT_EQ(order("TRP", "CD2", "CE2"), 2);
+    EXPECT_EQ(order("TRP", "CZ2", "CZ3"), 0);
+    EXPECT_EQ(order("A", "C6", "N1"), 2);
+    EXPECT_EQ(order("G", "C6", "N1"), 1);
+    EXPECT_EQ(order("PRO", "N", "CD"), 1);
+    EXPECT_EQ(order("PSU", "C1'", "C5"), 1);
+    EXPECT_EQ(order("PSU", "C1'", "N1"), 0);
+}
+
+struct NamedBySomeProgram {
+    char const* residue;
+    char const* names;
+    char const* meant; // the same atoms by their PDB version 3 names
+};
+
+constexpr NamedBySomeProgram otherNames[] = {
+    // PDB version 2
+    {"LEU", "1HB 2HB HG 1HD1 2HD1 3HD1 1HD2", "HB3 HB2 HG HD11 HD12 HD13 HD21"},
+    {"ALA", "1H 2H 3H 1HB 2HB 3HB", "H H2 H3 HB1 HB2 HB3"},
+    {"ILE", "1HG1 2HG1 1HG2 1HD1", "HG13 HG12 HG21 HD11"},
+    {"PRO", "1H 2H 1HD 2HD", "H3 H2 HD3 HD2"},
+    {"G", "O1P O2P O5* C5* 1H5* 2H5* H1* H2* 2HO* 1H2 2H2", "OP1 OP2 O5' C5' H5' H5'' H1' H2' HO2' H21 H22"},
+    {"DT", "1H2* 2H2* C5M 1H5M 2H5M 3H5M", "H2' H2'' C7 H71 H72 H73"},
+    // simulation programs
+    {"LYS", "HN HB1 HB2 HG1 HG2 HD1 HD2 HE1 HE2 HZ1", "H HB3 HB2 HG3 HG2 HD3 HD2 HE3 HE2 HZ1"},
+    {"ILE", "CG1 CD HG11 HG12 HD1 HD2 HD3", "CG1 CD1 HG13 HG12 HD11 HD12 HD13"},
+    {"GLY", "HT1 HT2 HT3 HA1 HA2 OT1 OT2", "H H2 H3 HA3 HA2 O OXT"},
+    {"GLY", "H1 H2 H3 O1 O2", "H H2 H3 O OXT"},
+    {"ALA", "OC1 OC2", "O OXT"},
+    {"PRO", "HN1 HN2", "H3 H2"},
+    {"PRO", "H1 H2", "H3 H2"},
+    {"SER", "HG1", "HG"},
+    {"LYN", "HZ1 HZ2", "HZ3 HZ2"},
+    {"ADE", "H2' H2'' H5T", "H2' H2'' HO5'"},
+    {"RA5", "H5T H2'1 HO'2 H5'1 H5'2", "HO5' H2' HO2' H5' H5''"},
+    {"ACE", "HH31 HH32 HH33", "H1 H2 H3"},
+    {"HOH", "OW HW1 HW2", "O H1 H2"},
+    {"TIP3", "OH2 H1 H2", "O H1 H2"},
+    {"SOD", "SOD", "NA"},
+    {"Cl-", "Cl-", "CL"},
+    // names that are atoms of their own take precedence over an alias
+    {"TYS", "O O1 O2", "O O1 O2"},
+    {"ILE", " CD1 HG2", "CD1 -"},
+};
+
+TEST(ResidueTemplates, KnowAtomsByTheNamesOfOtherPrograms) {
+    for (NamedBySomeProgram const& example : otherNames) {
+        ResidueTemplate const& r = residue(example.residue);
+        std::istringstream names(example.names), meant(example.meant);
+        for (std::string name, expected; names >> name && meant >> expected;) {
+            int const index = r.atomIndex(name.c_str());
+            EXPECT_EQ(index < 0 ? "-" : atomAt(r, index).name, expected) << example.residue << " " << name;
+        }
+    }
+    ResidueTemplate const& cytidine = residue("CYT");
+    std::string partner;
+    for (TemplateBond const& bond : cytidine.bonds)
+        if (bond.atomB == cytidine.atomIndex("H2'")) partner = atomAt(cytidine, bond.atomA).name;
+    EXPECT_EQ(partner, "O2'");
+}
+
+TEST(ResidueTemplates, AreFoundByExactNamesAndAliases) {
+    ResidueTemplates const& all = ResidueTemplates::instance();
+    for (ResidueTemplate const& r : all.all()) {
+        EXPECT_EQ(all.find(r.name.c_str()), &r);
+        for (std::string const& alias : r.aliases) EXPECT_EQ(all.find(alias.c_str()), &r) << alias;
+        for (std::size_t i = 0; i < r.atoms.size(); ++i)
+            EXPECT_EQ(r.atomIndex(r.atoms[i].name.c_str()), static_cast<int>(i)) << r.name << " " << r.atoms[i].name;
+    }
+    EXPECT_EQ(residue("WAT").name, "HOH");
+    EXPECT_EQ(residue("TIP3").name, "HOH");
+    EXPECT_EQ(residue("HSD").name, "HID");
+    EXPECT_EQ(residue("NHIS").name, "NHIS");
+    EXPECT_EQ(residue("CLA").name, "CL");
+    EXPECT_EQ(residue("  G ").name, "G");
+    for (char const* name : {"", " ", "XXX", "ala", "AL", "ALAA", "A L", "ALA2345678", "\xFF"})
+        EXPECT_EQ(all.find(name), nullptr) << name;
+    EXPECT_EQ(all.find(nullptr), nullptr);
+    ResidueTemplate const& alanine = residue("ALA");
+    EXPECT_EQ(alanine.atomIndex(" CA "), 1);
+    for (char const* name : {"", "ca", "CG", "C A", "CACACACACA"}) EXPECT_EQ(alanine.atomIndex(name), -1) << name;
+    EXPECT_EQ(alanine.atomIndex(nullptr), -1);
+}
+
+std::string errorOf(char const* text) {
+    try {
+        ResidueTemplates const templates(text);
+    } catch (std::runtime_error const& error) {
+        return error.what();
+    }
+    return "";
+}
+
+TEST(ResidueTemplates, RefuseATextThatBreaksTheRules) {
+    std::pair<char const*, char const*> const errors[] = {
+        {"atoms N\n", "residue templates, line 1: no residue to which this line belongs"},
+        {"residue X metal\n", "residue templates, line 1: no kind of residue: metal"},
+        {"part X\n\n color C\n", "residue templates, line 3: unknown word color"},
+        {"part X\natoms C1:Cx\n", "residue templates, line 2: no element Cx"},
+        {"part X\nlike Y\n", "residue templates, line 2: no residue or part Y above"},
+        {"part X # comment\natoms C\nwithout N\n", "residue templates, line 3: X has no atom N"},
+        {"part X\natoms C N\nbonds CN\n", "residue templates, line 3: no bond: CN"},
+        {"part X\natoms C\nlike X\n", "residue templates, line 3: no residue or part X above"},
+        {"residue X ion\n", "residue template X has no atoms"},
+        {"residue X ion\natoms C C\n", "residue template X cannot have an atom C"},
+        {"residue X ion\natoms C\nbonds C-N\n", "residue template X has no atom N"},
+        {"residue X ion\natoms C N\nalias C A\nalias N A\n", "in residue template X two atoms are A"},
+        {"residue X ion\natoms C N\nhead C\nwithout C\n", "residue template X has no atom C"},
+        {"residue X ion\natoms C\nresidue Y ion\nnames X\natoms C\n", "no second residue template can be named X"},
+        {"residue X ion\natoms TOOLONGNAME:C\n", "residue template X cannot have an atom TOOLONGNAME"},
+    };
+    for (auto const& [text, error] : errors) EXPECT_EQ(errorOf(text), error) << text;
+    EXPECT_EQ(errorOf(""), "");
+}
+
+} // namespace

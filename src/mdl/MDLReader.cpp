@@ -43,10 +43,11 @@ private:
     void readDataItems();
     void readDataValue(char const* name);
 
-    /// Reports how many of the atom and bond lines are done; true if the user asked to stop.
-    bool interruptedAt(int linesDone) const {
-        if (!progress || linesDone % linesPerProgress != 0) return false;
-        float const part = static_cast<float>(linesDone) / static_cast<float>(counts.numAtoms + counts.numBonds);
+    /// At some of the lines of a block, reports how far the work is; true if the user asked to stop.
+    bool interruptedAt(int line, int linesOfBlocksBefore) const {
+        if (!progress || line % linesPerProgress != 0) return false;
+        float const part =
+            static_cast<float>(linesOfBlocksBefore + line) / static_cast<float>(counts.numAtoms + counts.numBonds);
         return progress.interruptedAt(static_cast<float>(static_cast<double>(part) * 0.9 + 0.1));
     }
 
@@ -92,7 +93,7 @@ void RecordReader::makeAttributes() {
 bool RecordReader::readAtoms() {
     progress.info("Parsing atom block");
     for (int i = 0; i < counts.numAtoms; ++i) {
-        if (interruptedAt(i)) return false;
+        if (interruptedAt(i, 0)) return false;
         auto const line = tarnex::mdl::AtomLine::read(scanner);
         molecule.coords[i] = line.position;
         addAtom(line);
@@ -116,7 +117,7 @@ void RecordReader::addAtom(tarnex::mdl::AtomLine const& line) {
 bool RecordReader::readBonds() {
     progress.info("Parsing bond block");
     for (int i = 0; i < counts.numBonds; ++i) {
-        if (interruptedAt(counts.numAtoms + i)) return false;
+        if (interruptedAt(i, counts.numAtoms)) return false;
         addBond(tarnex::mdl::BondLine::read(scanner));
         scanner.nextLine();
     }

@@ -49,9 +49,10 @@ private:
     bool writeBonds();
     void writeDataItems();
 
-    bool interruptedAt(int linesDone) const {
-        if (!progress || linesDone % linesPerProgress != 0) return false;
-        return progress.interruptedAt(static_cast<float>(linesDone) / static_cast<float>(numAtoms + numBonds));
+    bool interruptedAt(int line, int linesOfBlocksBefore) const {
+        if (!progress || line % linesPerProgress != 0) return false;
+        return progress.interruptedAt(static_cast<float>(linesOfBlocksBefore + line) /
+                                      static_cast<float>(numAtoms + numBonds));
     }
 
     MolTopology& topology;
@@ -75,7 +76,7 @@ void RecordWriter::writeHeader(char const* name) {
 
 bool RecordWriter::writeAtoms() {
     for (int i = 0; i < numAtoms; ++i) {
-        if (interruptedAt(i)) return false;
+        if (interruptedAt(i, 0)) return false;
         tarnex::mdl::AtomLine line;
         if (i < coords.size) line.position = coords[i];
         int const atomicNumber = atomicNumbers ? atomicNumbers->getValue(i) : 0;
@@ -92,7 +93,7 @@ bool RecordWriter::writeAtoms() {
 bool RecordWriter::writeBonds() {
     McDArray<MtGroup*> const& bonds = topology.getLevel(1)->groups;
     for (int i = 0; i < numBonds; ++i) {
-        if (interruptedAt(numAtoms + i)) return false;
+        if (interruptedAt(i, numAtoms)) return false;
         int atomA = -1;
         int atomB = -1;
         tarnex::getBondAtoms(bonds[i], atomA, atomB);

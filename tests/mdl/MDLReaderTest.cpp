@@ -10,6 +10,7 @@ namespace {
 
 using namespace tarnex::test;
 using testing::ElementsAre;
+using testing::FloatEq;
 
 std::string const counts3 = "  3  2  0  0  0  0  0  0  0  0999 V2000\n";
 std::string const water = "    0.0000    0.1000   -0.2000 O   0  3  0  2  0  0\n"
@@ -158,9 +159,10 @@ TEST(MDLReader, ProgressAndInterruption) {
     EXPECT_THAT(quiet.calls,
                 ElementsAre("start Reading SDF-Molecule", "info Searching counts line.", "info Parsing atom block",
                             "info Parsing bond block", "info Searching counts line.", "stop", "stop"));
-    EXPECT_THAT(quiet.fractions, ElementsAre(0.1F, 0.1F));
+    EXPECT_THAT(quiet.fractions,
+                ElementsAre(FloatEq(0.1F), FloatEq(0.1F), FloatEq(0.64F))); // counts, first atom, first bond
 
-    RecordingProgress stopping(2); // at the first atom of the second record
+    RecordingProgress stopping(2); // at the first bond
     EXPECT_EQ(readAll(record + record, nullptr, &stopping).size, 0);
     EXPECT_EQ(stopping.calls.back(), "stop");
     EXPECT_EQ(std::count(stopping.calls.begin(), stopping.calls.end(), "stop"), 1);

@@ -95,6 +95,7 @@ TEST(MDLWriter, FilesAndTheirFailures) {
     MDLIO io(&messages, nullptr);
     auto const molecule = makeMolecule(1);
     std::string const path = scratchPath("out.sdf");
+    std::filesystem::remove(path);
     EXPECT_FALSE(io.writeMDLMolecule(nullptr, path.c_str()));
     EXPECT_FALSE(io.writeMDLMolecule(molecule.get(), "/no/such/folder/x.sdf"));
     MolTrajectoryMem none(molecule.get(), 0);

@@ -253,6 +253,7 @@ int TarnexWizard::writeMolTrajectory(char const* name, MolTrajectory* trajectory
     return written ? 1 : 0;
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the array comes by value, as from every host
 int TarnexWizard::writeBundle(char const* name, McDArray<McHandle<MolTrajectory>> bundle, WriteBundles type) {
     auto const* entry = findEntry(bundleWriters, type);
     if (!entry) printFailure(bundleNotWritten, type, name, 1);

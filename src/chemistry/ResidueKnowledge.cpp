@@ -1,0 +1,113 @@
+#include "chemistry/ResidueKnowledge.h"
+
+#include "model/members.h"
+
+#include <algorithm>
+
+namespace tarnex {
+
+namespace {
+
+constexpr int oxygen = 8;
+
+// In the place of the atom that has a name.
+constexpr int noAtom = -1;
+constexpr int severalAtoms = -2;
+
+// Files without residue numbers make one residue of a whole chain. More locations than these are no alternates.
+constexpr int mostLocations = 4;
+
+/// The names of the massless sites of water models read as elements, MW as tungsten.
+bool isMasslessSite(ResidueTemplate const& residue, int element) {
+    return residue.kind == ResidueKind::water && element != hydrogen && element != oxygen;
+}
+
+/// 0 if the template has no such bond.
+int bondOrder(ResidueTemplate const& residue, int templateAtomA, int templateAtomB) {
+    for (TemplateBond const& bond : residue.bonds) {
+        if (bond.atomA == templateAtomA && bond.atomB == templateAtomB) return bond.order;
+        if (bond.atomA == templateAtomB && bond.atomB == templateAtomA) return bond.order;
+    }
+    return 0;
+}
+
+} // namespace
+
+void ResidueKnowledge::findTemplateBonds(MolTopology& topology, BondableAtoms& atoms, McDArray<PerceivedBond>& bonds) {
+    int const residuesIx = topology.getLevelIx("residues");
+    if (residuesIx < 0) return;
+    MtGroupingLevel& residues = *topology.levels[residuesIx];
+    auto const* residueTypes = residues.stringAttribute("type", MtGroupingLevel::FIND, true);
+    auto const* atomTypes = topology.levels[0]->stringAttribute("type", MtGroupingLevel::FIND, true);
+    if (!residueTypes || !atomTypes) return;
+
+    residueOfAtom = ownersOfMembers(topology, residuesIx, 0);
+    names.resize(residueOfAtom.size);
+    templates.resize(residues.groups.size);
+    for (int r = 0; r < templates.size; ++r) {
+        ResidueTemplate const* residue = ResidueTemplates::instance().find(residueTypes->getValue(r));
+        templates[r] = residue;
+        if (!residue) continue;
+        atomOfName.resize(static_cast<std::int64_t>(residue->atoms.size()));
+        hasAlternates = residues.groups[r] && residues.groups[r]->size() <= mostLocations * atomOfName.size;
+        std::fill(atomOfName.begin(), atomOfName.end(), noAtom);
+        forEachMember(topology, residues.groups[r], [&](MtGroupRef member) {
+            int const atom = member.groupIx;
+            if (member.levelIx != 0 || residueOfAtom[atom] != r || atoms.elements[atom] == 0) return;
+            identify(atom, residue->atomIndex(atomTypes->getValue(atom)), *residue, atoms);
+        });
+        appendBonds(*residue, atoms, bonds);
+    }
+}
+
+void ResidueKnowledge::identify(int atom, int templateAtom, ResidueTemplate const& residue, BondableAtoms& atoms) {
+    unsigned char& element = atoms.elements[atom];
+    if (templateAtom < 0) {
+        if (isMasslessSite(residue, element)) element = 0;
+        return;
+    }
+    if (residue.kind == ResidueKind::ion) {
+        element = 0;
+        return;
+    }
+    element = static_cast<unsigned char>(residue.atoms[static_cast<std::size_t>(templateAtom)].atomicNumber);
+    names[atom].templateAtom = static_cast<std::int16_t>(templateAtom);
+
+    int& first = atomOfName[templateAtom];
+    if (first == noAtom) {
+        first = atom;
+    } else if (first != atom) {
+        if (first != severalAtoms) noteSecondOfName(first, atoms);
+        noteSecondOfName(atom, atoms);
+        first = severalAtoms;
+    }
+}
+
+/// Heavy atoms that share a name are alternate locations, and bond only what that name bonds. Hydrogens that share one
+/// may just as well be all those of the residue, as some programs write them; then the name tells nothing.
+void ResidueKnowledge::noteSecondOfName(int atom, BondableAtoms const& atoms) {
+    names[atom].occursTwice = true;
+    if (!hasAlternates || atoms.elements[atom] == hydrogen) names[atom].templateAtom = unknownName;
+}
+
+void ResidueKnowledge::appendBonds(ResidueTemplate const& residue, BondableAtoms const& atoms,
+                                   McDArray<PerceivedBond>& bonds) const {
+    for (TemplateBond const& bond : residue.bonds) {
+        int const a = atomOfName[bond.atomA];
+        int const b = atomOfName[bond.atomB];
+        if (a < 0 || b < 0 || atoms.coords[a] == atoms.coords[b]) continue;
+        bonds.append(makeBond(a, b, bond.order));
+    }
+}
+
+int ResidueKnowledge::orderWithinDistance(int atomA, int atomB) const {
+    if (names.size == 0) return 1;
+    NameInResidue const& a = names[atomA];
+    NameInResidue const& b = names[atomB];
+    if (a.templateAtom == unknownName || b.templateAtom == unknownName) return 1;
+    int const residue = residueOfAtom[atomA];
+    if (residue != residueOfAtom[atomB]) return isWater(atomA) || isWater(atomB) ? 0 : 1;
+    return a.occursTwice || b.occursTwice ? bondOrder(*templates[residue], a.templateAtom, b.templateAtom) : 0;
+}
+
+} // namespace tarnex

@@ -1,0 +1,335 @@
+#include "chemistry/BondCalc.h"
+
+#include "BondCalcStructures.h"
+#include "chemistry/ElementTable.h"
+#include "model/Molecule.h"
+#include "model/members.h"
+
+#include <cmath>
+#include <gmock/gmock.h>
+#include <limits>
+#include <random>
+#include <sstream>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::IsSupersetOf;
+using testing::Not;
+
+using Bonds = std::vector<std::string>;
+using Method = bool (*)(MolObject*, McBitfield const&);
+
+constexpr auto create = MtGroupingLevel::CREATE;
+constexpr Method byLength = &BondCalc::bondLengthConnectSelection;
+constexpr Method standard = &BondCalc::standardConnectSelection;
+
+/// A molecule with residues, as a reader of PDB files makes it.
+struct Sample {
+    McHandle<Molecule> molecule = new Molecule(new MolTopology, true);
+    MolTopology& topology = *molecule->getTopology();
+    int residuesIx = topology.addLevel("residues", 0, 12, -1);
+    MtIntegerAttribute& elements = *topology.levels[0]->integerAttribute("atomic_number", create, true);
+    MtStringAttribute& atomTypes = *topology.levels[0]->stringAttribute("type", create, true);
+    MtStringAttribute& residueTypes = *topology.levels[residuesIx]->stringAttribute("type", create, true);
+    MtIntraLevelRange* residue = nullptr;
+
+    /// The text holds "residue TYPE" and atoms "NAME x y z"; the element is the first letter of the name, or stands
+    /// behind it, as in "ZN:Zn".
+    explicit Sample(std::string const& text = "") {
+        std::istringstream in(text);
+        std::string name;
+        McVec3f p;
+        while (in >> name) {
+            std::size_t const colon = name.find(':');
+            if (name == "residue" && in >> name)
+                beginResidue(name);
+            else if (in >> p.x >> p.y >> p.z)
+                addAtom(name.substr(0, colon), colon < name.size() ? name.substr(colon + 1) : name.substr(0, 1), p);
+        }
+    }
+
+    void beginResidue(std::string const& type) {
+        residue = new MtIntraLevelRange(0, numAtoms(), numAtoms() - 1);
+        residueTypes.setValue(topology.addGroup(residuesIx, residue).groupIx, type.c_str());
+    }
+
+    void addAtom(std::string const& name, std::string const& symbol, McVec3f place) {
+        int const atom = topology.addGroup(0, new MtAtom).groupIx;
+        atomTypes.setValue(atom, name.c_str());
+        elements.setValue(atom, tarnex::elementTable().getElement(symbol.c_str(), false)->getAtomicNumber());
+        molecule->coords.append(place);
+        if (residue) residue->last = atom;
+    }
+
+    int numAtoms() const { return static_cast<int>(topology.levels[0]->groups.size); }
+    std::int64_t numBonds() const { return topology.levels[1]->groups.size; }
+
+    bool connect(Method method) {
+        McBitfield atoms(static_cast<unsigned long>(numAtoms()), McBitfield::UNINITIALIZED);
+        atoms.setAll();
+        return method(molecule, atoms);
+    }
+
+    /// "1CA-1CB", or "1C=1O" for a double bond: the residue, counted from 1, and the name of each atom.
+    Bonds bonds() const {
+        McDArray<int> const owners = tarnex::ownersOfMembers(topology, residuesIx, 0);
+        auto const nameOf = [&](int atom) { return std::to_string(owners[atom] + 1) + atomTypes.getValue(atom); };
+        auto const* orders = topology.levels[1]->integerAttribute("type", MtGroupingLevel::FIND, true);
+        Bonds names;
+        for (int i = 0; i < numBonds(); ++i) {
+            int a = -1;
+            int b = -1;
+            EXPECT_TRUE(tarnex::getBondAtoms(topology.levels[1]->groups[i], a, b));
+            char const* sign = orders->getValue(i) == 1 ? "-" : orders->getValue(i) == 2 ? "=" : "?";
+            names.push_back(nameOf(a) + sign + nameOf(b));
+        }
+        return names;
+    }
+};
+
+Bonds bondsOf(std::string const& text, Method method) {
+    Sample sample(text);
+    EXPECT_TRUE(sample.connect(method));
+    return sample.bonds();
+}
+
+Bonds withoutOrders(Bonds bonds) {
+    for (std::string& bond : bonds) {
+        for (char& c : bond) {
+            if (c == '=') c = '-';
+        }
+    }
+    return bonds;
+}
+
+TEST(BondCalc, NamesAndDistancesTellTheSameBondsOfGoodGeometry) {
+    for (char const* text : {tripeptide, dinucleotide}) {
+        EXPECT_EQ(withoutOrders(bondsOf(text, standard)), bondsOf(text, byLength));
+    }
+}
+
+TEST(BondCalc, TemplatesTellOrders) {
+    Bonds const peptide = bondsOf(tripeptide, standard);
+    EXPECT_EQ(peptide.size(), 61U);
+    EXPECT_THAT(peptide, IsSupersetOf({"1C=1O", "1CG=1CD2", "1ND1=1CE1", "1CD2-1NE2", "1C-2N", "2N-2CD", "2C-3N",
+                                       "3CG=3CD1", "3CD2=3CE2", "3CE3=3CZ3", "3CZ2=3CH2", "3C-3OXT"}));
+    Bonds const nucleotides = bondsOf(dinucleotide, standard);
+    EXPECT_EQ(nucleotides.size(), 66U);
+    EXPECT_THAT(nucleotides, IsSupersetOf({"1O3'-2P", "2P=2OP1", "2P-2OP2", "1C2=1O2", "1N3=1C4", "1C5=1C6", "2C6=2O6",
+                                           "2C2=2N3", "2C8=2N7", "2N1-2H1"}));
+}
+
+TEST(BondCalc, ResiduesAreLinkedOnlyWhereTheLengthFits) {
+    for (float const gap : {0.39F, 0.43F}) { // C-N grows from 1.36 Angstrom; the limit is 1.92
+        Sample sample(tripeptide);
+        McVec3f const c = sample.molecule->coords[21];
+        McVec3f const n = sample.molecule->coords[33];
+        ASSERT_STREQ(sample.atomTypes.getValue(21), "C");
+        ASSERT_STREQ(sample.atomTypes.getValue(33), "N");
+        for (int i = 33; i < sample.numAtoms(); ++i) {
+            McVec3f& p = sample.molecule->coords[i];
+            p = McVec3f(p.x + (n.x - c.x) * gap, p.y + (n.y - c.y) * gap, p.z + (n.z - c.z) * gap);
+        }
+        sample.connect(standard);
+        EXPECT_EQ(sample.numBonds(), gap < 0.41F ? 61 : 60);
+    }
+}
+
+TEST(BondCalc, TemplateBondsHoldAtAnyDistanceButNotAtOnePlace) {
+    Sample sample("residue GLY N 0 0 0 CA 40 0 0 C 80 0 0 O 80 0 0");
+    sample.connect(standard);
+    EXPECT_THAT(sample.bonds(), ElementsAre("1N-1CA", "1CA-1C"));
+}
+
+TEST(BondCalc, AtomsOfKnownNamesTakeTheTemplatesElement) {
+    // CA as calcium would reach the oxygen of the next residue.
+    EXPECT_THAT(bondsOf("residue GLY N 0 0 0 CA:Ca 1.4 0 0 residue SER OG 1.4 2.4 0", standard), ElementsAre("1N-1CA"));
+}
+
+TEST(BondCalc, KnownResiduesBondByDistanceToEachOther) {
+    std::string const cystein = "residue CYS CA 0 0 0 CB 1.5 0 0 SG 2.0 1.7 0 residue CYS CA 9 3.3 0 CB 7.5 3.3 0 ";
+    EXPECT_THAT(bondsOf(cystein + "SG 3.0 3.48 0", standard),
+                ElementsAre("1CA-1CB", "1CB-1SG", "1SG-2SG", "2CA-2CB", "2CB-2SG"));
+    EXPECT_THAT(bondsOf(cystein + "SG 4.0 3.48 0", standard), Not(Contains("1SG-2SG")));
+}
+
+TEST(BondCalc, KnownNamesOfOneResidueBondOnlyAsTheTemplateSays) {
+    // A squashed serine, with OG at a bonding distance from CA.
+    EXPECT_THAT(bondsOf("residue SER CA 0 0 0 CB 1.5 0 0 OG 0.9 1.3 0", standard), ElementsAre("1CA-1CB", "1CB-1OG"));
+    // A name that the template does not know goes by distance.
+    EXPECT_THAT(bondsOf("residue SER CA 0 0 0 CB 1.5 0 0 OX 0.9 1.3 0", standard),
+                ElementsAre("1CA-1CB", "1CA-1OX", "1CB-1OX"));
+}
+
+TEST(BondCalc, NamesThatOccurTwiceGoByDistance) {
+    // Alternate locations bond their common neighbours, and neither each other nor what their name does not bond.
+    EXPECT_THAT(bondsOf("residue SER CA 0 0 0 CB 1.5 0 0 OG 2.9 0 0 CB 0.2 1.4 0 OG -0.9 1 0", standard),
+                ElementsAre("1CA-1CB", "1CA-1CB", "1CB-1OG", "1CB-1OG"));
+    // Hydrogens without names of their own.
+    EXPECT_THAT(
+        bondsOf("residue ALA N -1.4 0 0 CA 0 0 0 CB 1.5 0 0 H -1.7 0.9 0 H 0 1.1 0 H 1.8 1 0 H 1.8 -1 0", standard),
+        ElementsAre("1N-1CA", "1N-1H", "1CA-1CB", "1CA-1H", "1CB-1H", "1CB-1H"));
+}
+
+TEST(BondCalc, AChainWithoutResidueNumbersGoesByDistance) {
+    Sample sample("residue GLY");
+    for (int i = 0; i < 60; ++i) {
+        char const* name = std::vector<char const*>{"N", "CA", "C"}[static_cast<std::size_t>(i % 3)];
+        sample.addAtom(name, std::string(name, 1), McVec3f(1.2F * static_cast<float>(i), i % 2 ? 0.8F : 0.0F, 0.0F));
+    }
+    sample.connect(standard);
+    ASSERT_EQ(sample.numBonds(), 59);
+    EXPECT_GE(sample.topology.findBond(2, 3), 0) << "the peptide bond";
+}
+
+TEST(BondCalc, WatersAndIonsStayAlone) {
+    std::string const waters = "residue HOH O 0 0 0 H1 0.96 0 0 H2 -0.24 0.93 0 residue HOH O 1.5 0 0 H1 1.3 0.9 0 ";
+    EXPECT_THAT(bondsOf(waters, standard), ElementsAre("1O-1H1", "1O-1H2", "2O-2H1"));
+    EXPECT_THAT(bondsOf("residue ASP OD1 0 0 0 residue NA NA:Na 2.3 0 0 residue HOH O 2.3 2.3 0", standard), IsEmpty());
+    // The fourth site of a water model is no tungsten.
+    EXPECT_THAT(
+        bondsOf("residue SOL OW 0 0 0 HW1 0.96 0 0 MW:W 0.1 0.1 0 residue SOL OW 2.6 0 0 MW:W 2.5 0.1 0", standard),
+        ElementsAre("1OW-1HW1"));
+    // But metals that no template knows are coordinated.
+    EXPECT_THAT(bondsOf("residue ZN ZN:Zn 0 0 0 residue HIS NE2 2.1 0 0 residue HOH O 0 2.1 0", standard),
+                ElementsAre("1ZN-2NE2", "1ZN-3O"));
+}
+
+TEST(BondCalc, UnknownMoleculesGoByDistance) {
+    Bonds const bonds = bondsOf(aspirin, standard);
+    EXPECT_THAT(bonds, ElementsAre("1C1-1C2", "1C1-1H1", "1C1-1H2", "1C1-1H3", "1C2-1O1", "1C2-1O2", "1O2-1C3",
+                                   "1C3-1C4", "1C3-1C8", "1C4-1C5", "1C4-1H4", "1C5-1C6", "1C5-1H5", "1C6-1C7",
+                                   "1C6-1H6", "1C7-1C8", "1C7-1H7", "1C8-1C9", "1C9-1O3", "1C9-1O4", "1O4-1H8"));
+}
+
+TEST(BondCalc, HydrogensKeepTheNearestPartner) {
+    EXPECT_THAT(bondsOf("O1 0 0 0 H1 1.1 0 0 O2 2.3 0 0", byLength), ElementsAre("0O1-0H1"));
+    EXPECT_THAT(bondsOf("H1 0 0 0 H2 0.74 0 0", byLength), ElementsAre("0H1-0H2"));
+    // Neither hydrogens that clash nor one that is nearest to another's hydrogen.
+    EXPECT_THAT(bondsOf("C1 0 0 0 H1 1 0 0 H2 2.05 0 0 C2 3 0 0 C3 9 0 0 H3 9 0.8 0 H4 9 1.7 0", byLength),
+                ElementsAre("0C1-0H1", "0H2-0C2", "0C3-0H3"));
+    // A hydrogen that has a bond, from the file or from a template, gets no other.
+    Sample sample("O1 0 0 0 H1 1.1 0 0 O2 2.3 0 0");
+    sample.topology.addBond(new MtBond(2, 1));
+    sample.connect(byLength);
+    EXPECT_THAT(sample.bonds(), ElementsAre("0O2?0H1"));
+    EXPECT_THAT(bondsOf("residue HOH O 0 0 0 H1 1.1 0 0 residue LIG O1 2.1 0 0", standard), ElementsAre("1O-1H1"));
+}
+
+TEST(BondCalc, NewBondsStandInOrderBehindThoseOfTheFile) {
+    Sample sample(tripeptide);
+    sample.topology.addBond(new MtBond(7, 5)); // CD2-CG, which the template has as a double bond
+    sample.topology.addBond(new MtBond(0, 40));
+    auto& orders = *sample.topology.levels[1]->integerAttribute("type", create, true);
+    orders.setValue(0, 1);
+    orders.setValue(1, 1);
+    ASSERT_TRUE(sample.connect(standard));
+    ASSERT_EQ(sample.numBonds(), 62);
+    EXPECT_EQ(sample.bonds()[0], "1CD2-1CG");
+    EXPECT_EQ(sample.bonds()[1], "1N-3CD1");
+    std::pair<int, int> last(-1, -1);
+    for (int i = 2; i < sample.numBonds(); ++i) {
+        std::pair<int, int> bond;
+        tarnex::getBondAtoms(sample.topology.levels[1]->groups[i], bond.first, bond.second);
+        EXPECT_LT(last, bond);
+        EXPECT_LT(bond.first, bond.second);
+        last = bond;
+    }
+    ASSERT_TRUE(sample.connect(standard));
+    EXPECT_EQ(sample.numBonds(), 62) << "a second call finds nothing new";
+}
+
+TEST(BondCalc, OnlySelectedAtomsWithPlaceAndElementTakePart) {
+    std::string const chain = "C1 0 0 0 C2 1.5 0 0 C3 3 0 0 C4 4.5 0 0";
+    McBitfield selected(3, McBitfield::CLEARED); // C4 lies beyond its end
+    selected.set(1);
+    selected.set(2);
+    Sample part(chain);
+    EXPECT_TRUE(BondCalc::bondLengthConnectSelection(part.molecule, selected));
+    EXPECT_THAT(part.bonds(), ElementsAre("0C2-0C3"));
+
+    Sample short1(chain);
+    short1.molecule->coords.resize(2);
+    EXPECT_TRUE(short1.connect(byLength));
+    EXPECT_THAT(short1.bonds(), ElementsAre("0C1-0C2"));
+
+    for (float const bad : {std::numeric_limits<float>::quiet_NaN(), std::numeric_limits<float>::infinity()}) {
+        Sample sample("residue GLY N 0 0 0 CA 1.5 0 0 C 3 0 0");
+        sample.molecule->coords[0].y = bad;
+        EXPECT_TRUE(sample.connect(standard));
+        EXPECT_THAT(sample.bonds(), ElementsAre("1CA-1C"));
+    }
+    EXPECT_THAT(bondsOf("C1 0 0 0 X1 1.5 0 0 C2 3 0 0", byLength), IsEmpty());
+    EXPECT_THAT(bondsOf("C1 0 0 0 C2 0.4 0 0 C3 20 0 0 C4 20.41 0 0 C5 40 0 0 C6 41.98 0 0", byLength),
+                ElementsAre("0C3-0C4"));
+}
+
+TEST(BondCalc, FailsOnlyWithoutTopology) {
+    Molecule empty(nullptr, true);
+    for (Method method : {byLength, standard}) {
+        EXPECT_FALSE(method(nullptr, McBitfield()));
+        EXPECT_FALSE(method(&empty, McBitfield()));
+        EXPECT_TRUE(Sample().connect(method));
+    }
+}
+
+TEST(BondCalc, TheGridFindsWhatAllPairsTell) {
+    std::mt19937 random(7);
+    std::uniform_real_distribution<float> place(-16.0F, 16.0F);
+    Sample sample;
+    std::vector<float> radii;
+    for (int i = 0; i < 1500; ++i) {
+        char const* symbol = std::vector<char const*>{"C", "O", "S", "Zn"}[random() % 4];
+        radii.push_back(tarnex::elementTable().getElement(symbol, false)->getCovalentRadius());
+        sample.addAtom("", symbol, McVec3f(place(random), place(random), place(random)));
+    }
+    sample.connect(byLength);
+    std::int64_t found = 0;
+    for (int i = 0; i < sample.numAtoms(); ++i) {
+        for (int j = 0; j < i; ++j) {
+            McVec3f const& p = sample.molecule->coords[i];
+            McVec3f const& q = sample.molecule->coords[j];
+            float const distance = std::hypot(p.x - q.x, p.y - q.y, p.z - q.z);
+            bool const bonded = distance > 0.4F && distance < radii[std::size_t(i)] + radii[std::size_t(j)] + 0.45F;
+            EXPECT_EQ(sample.topology.findBond(i, j) >= 0, bonded) << i << ' ' << j << ' ' << distance;
+            found += bonded;
+        }
+    }
+    EXPECT_EQ(sample.numBonds(), found);
+}
+
+TEST(BondCalc, MetalsHaveAllTheirNeighbours) {
+    Sample sample; // body-centred cubic tungsten: 8 neighbours at 2.74 and 6 at 3.165 Angstrom
+    for (int i = 0; i < 5 * 5 * 5; ++i) {
+        McVec3f const corner(3.165F * float(i % 5), 3.165F * float(i / 5 % 5), 3.165F * float(i / 25));
+        sample.addAtom("W", "W", corner);
+        sample.addAtom("W", "W", McVec3f(corner.x + 1.5825F, corner.y + 1.5825F, corner.z + 1.5825F));
+    }
+    sample.connect(byLength);
+    EXPECT_EQ(sample.numBonds(), 9 * 9 * 9 + 2 * 3 * 4 * 25);
+}
+
+TEST(BondCalc, GarbageEndsInLinearTime) {
+    constexpr int numAtoms = 300000;
+    std::mt19937 random(1);
+    // All at one place; crowded in a box; crowded along a line; so far out that floats have no fractions.
+    for (float const width : {0.0F, 20.0F, 1e9F, 3e38F}) {
+        Sample sample(aspirin);
+        for (int i = 0; i < numAtoms; ++i) {
+            auto const coordinate = [&] { return 100.0F + width * static_cast<float>(random() % 4096) / 4096.0F; };
+            sample.addAtom("C", i % 2 ? "C" : "H", McVec3f(coordinate(), coordinate(), coordinate()));
+        }
+        EXPECT_TRUE(sample.connect(standard));
+        EXPECT_LE(sample.numBonds(), 8 * numAtoms);
+        Bonds const bonds = sample.bonds();
+        EXPECT_EQ(bondsOf(aspirin, standard), Bonds(bonds.begin(), bonds.begin() + 21)) << "elsewhere all is well";
+    }
+}
+
+} // namespace

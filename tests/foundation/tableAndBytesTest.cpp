@@ -1,0 +1,106 @@
+#include "foundation/McFilename.h"
+#include "foundation/McHashTable.h"
+#include "foundation/McRawData.h"
+
+#include <cstdio>
+#include <gtest/gtest.h>
+#include <memory>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace {
+
+TEST(McHashTable, findsOrCreates) {
+    McHashTable<long, int> table(-1);
+    EXPECT_EQ(table[5], -1);
+    EXPECT_EQ(table.count, 1) << "a missing key stays in the table";
+    long const cutToTheSameHash = (1L << 40) | 5;
+    table[cutToTheSameHash] = 7;
+    int& first = table[5];
+    for (long key = 100; table.count < 8; ++key) table[key] = 0;
+    first = 3;
+    EXPECT_EQ(table[5], 3) << "entries do not move";
+    EXPECT_EQ(table[cutToTheSameHash], 7);
+    table.removeAll();
+    EXPECT_EQ(table[5] + table.count, -1 + 1);
+}
+
+TEST(McHashTable, turnsChainsRoundAsItGrows) {
+    using Chains = std::vector<std::vector<int>>;
+    McHashTable<int, int> table(0);
+    Chains expected(2);
+    auto const prepend = [](Chains& chains, int key) {
+        auto& chain = chains[static_cast<std::size_t>(hash(key)) % chains.size()];
+        chain.insert(chain.begin(), key);
+    };
+    std::mt19937 random(2);
+    for (std::size_t count = 1; count <= 3000; ++count) {
+        int const key = static_cast<int>(random());
+        table[key] = 1;
+        prepend(expected, key);
+        if (count < 2 * expected.size()) continue;
+        Chains rebuilt(2 * expected.size());
+        for (auto const& chain : expected) {
+            for (int moved : chain) prepend(rebuilt, moved);
+        }
+        expected = rebuilt;
+    }
+    Chains chains;
+    for (int i = 0; i <= table.mask; ++i) {
+        chains.emplace_back();
+        for (auto* entry = table.buckets[i]; entry; entry = entry->next) chains.back().push_back(entry->key);
+    }
+    EXPECT_EQ(chains, expected);
+}
+
+TEST(McFilename, knowsTheParts) {
+    struct Case {
+        char const *path, *directory, *base, *extension;
+    };
+    for (Case const& c : {Case{"a/b/c.gro", "a/b/", "c.gro", ".gro"}, Case{"c.tar.gz", "", "c.tar.gz", ".gz"},
+                          Case{"a.b/c", "a.b/", "c", ""}, Case{"a.b/", "a.b/", "", ""},
+                          Case{"/.profile", "/", ".profile", ""}, Case{"", "", "", ""}}) {
+        McFilename const name(c.path);
+        McString directory("before");
+        name.dirname(directory);
+        EXPECT_STREQ(directory, c.directory) << c.path;
+        EXPECT_EQ(directory.length(), name.basename() - name.data) << c.path;
+        EXPECT_STREQ(name.basename(), c.base);
+        EXPECT_STREQ(name.extension(), c.extension) << c.path;
+    }
+    McFilename name("C:\\data\\x/y.pdb");
+    name.fixSlashes();
+    name.dirname(name);
+    EXPECT_STREQ(name, "C:/data/x/");
+}
+
+TEST(McRawData, isBigEndianAndCountsWholeElements) {
+    std::unique_ptr<FILE, int (*)(FILE*)> const file(std::tmpfile(), std::fclose);
+    int integers[] = {1, -2};
+    float single = 1.5F;
+    double twice = -2.0;
+    char text[22] = "ab";
+    McRawData::writeBigEndian(text, 2, file.get());
+    McRawData::writeBigEndian(integers, 2, file.get());
+    McRawData::writeBigEndian(&single, 1, file.get());
+    McRawData::writeBigEndian(&twice, 1, file.get());
+    EXPECT_EQ(integers[0], 1) << "the source keeps its order";
+    std::rewind(file.get());
+    EXPECT_EQ(std::fread(text, 1, sizeof text, file.get()), sizeof text);
+    EXPECT_EQ(std::string(text, sizeof text),
+              std::string("ab\0\0\0\1\xff\xff\xff\xfe\x3f\xc0\0\0\xc0\0\0\0\0\0\0\0", 22));
+
+    std::rewind(file.get());
+    std::vector<double> written(5000);
+    for (std::size_t i = 0; i < written.size(); ++i) written[i] = static_cast<double>(i) / 3;
+    McRawData::writeBigEndian(written.data(), written.size(), file.get());
+    std::fputs("half", file.get());
+    std::rewind(file.get());
+    std::vector<double> read(written.size() + 2);
+    EXPECT_EQ(McRawData::readBigEndian(read.data(), read.size(), file.get()), written.size());
+    read.resize(written.size());
+    EXPECT_EQ(read, written);
+}
+
+} // namespace

@@ -1,0 +1,171 @@
+#include "model/MolTopology.h"
+#include "model/MtListGroups.h"
+#include "model/members.h"
+
+#include <climits>
+#include <gtest/gtest.h>
+#include <memory>
+#include <typeinfo>
+#include <utility>
+#include <vector>
+
+namespace {
+
+constexpr auto create = MtGroupingLevel::CREATE;
+
+MtDynamicGroup* list(std::vector<MtGroupRef> const& members) {
+    auto* group = new MtDynamicGroup;
+    for (MtGroupRef const& member : members) group->members.append(member);
+    return group;
+}
+
+/// Ten atoms, and two levels above them.
+class TopologyTest : public testing::Test {
+protected:
+    void SetUp() override {
+        for (int i = 0; i < 10; ++i) topology.addGroup(0, new MtAtom);
+    }
+    std::vector<int> atomsOf(MtGroupRef ref) const {
+        McDArray<int> atoms(3);
+        topology.getAtomsOfGroup(ref, atoms);
+        return {atoms.begin(), atoms.end()};
+    }
+    bool segmentedWith(MtGroup* group) {
+        topology.addGroup(residues, group);
+        level->updateSegmentationFlag(&topology, residues);
+        return level->hasFlag(MtGroupingLevel::segmentation);
+    }
+
+    MolTopology topology;
+    int residues = topology.addLevel("residues", 0, 12, -1);
+    int chains = topology.addLevel("chains", residues, 12, -1);
+    MtGroupingLevel* level = topology.getLevel(residues);
+};
+
+TEST_F(TopologyTest, refusesWhatCannotExist) {
+    for (auto [a, b] : {std::pair{0, 10}, {-1, 3}, {INT_MAX, 0}, {0, INT_MIN}}) {
+        EXPECT_EQ(topology.addBond(new MtBond(a, b)).groupIx, -1);
+        EXPECT_EQ(topology.insertGroup(1, new MtBond(a, b), 0).groupIx, -1);
+    }
+    MtGroup* angle = MtGroup::createGroup(3);
+    for (int i = 0; i < 2; ++i) angle->setElement(i, MtGroupRef(0, i));
+    EXPECT_EQ(topology.addGroup(residues, angle).groupIx, -1) << "its third member is unset";
+    EXPECT_EQ(topology.addGroup(7, new MtAtom).groupIx, -1);
+    EXPECT_EQ(topology.addGroup(0, nullptr).groupIx, -1);
+    EXPECT_EQ(topology.levels[1]->groups.size + level->groups.size, 0);
+    EXPECT_EQ(topology.addBond(new MtBond(9, 0)), MtGroupRef(1, 0));
+    EXPECT_EQ(topology.addGroup(residues, new MtIntraLevelRange(0, 99, 200)), MtGroupRef(residues, 0))
+        << "ranges and lists can be completed later";
+}
+
+TEST_F(TopologyTest, movesValuesWithTheirGroups) {
+    auto* number = level->integerAttribute("x", create, true);
+    auto* real = level->floatAttribute("x", create, true);
+    auto* text = level->stringAttribute("x", create, true);
+    EXPECT_EQ(level->integerAttribute("x", create, true), number);
+    EXPECT_EQ(level->integerAttribute("y", MtGroupingLevel::FIND, true), nullptr);
+    EXPECT_EQ(level->attributes.size, 3) << "an attribute is known by its name and type";
+    number->setValue(0, 5);
+    for (int i = 0; i < 3; ++i) topology.addGroup(residues, new MtDynamicGroup);
+    number->setValue(1, 1);
+    real->setValue(1, 1.5F);
+    text->setValue(1, "one");
+    text->setValue(0, text->getValue(1));
+    text->setValue(0, nullptr);
+    EXPECT_EQ(topology.insertGroup(residues, new MtDynamicGroup, 1).groupIx, 1);
+    EXPECT_EQ(topology.insertGroup(residues, new MtDynamicGroup, -4).groupIx, 0);
+    EXPECT_EQ(topology.insertGroup(residues, new MtDynamicGroup, 99).groupIx, 5);
+    for (int i = -1; i < 7; ++i) {
+        EXPECT_EQ(number->getValue(i), i == 3 ? 1 : 0) << "a value ahead of its group was not kept";
+        EXPECT_EQ(real->getValue(i), i == 3 ? 1.5F : 0.0F);
+        EXPECT_STREQ(text->getValue(i), i == 3 ? "one" : "");
+    }
+}
+
+TEST_F(TopologyTest, walksDownToTheAtoms) {
+    topology.addBond(new MtBond(7, 2));
+    EXPECT_EQ(atomsOf({1, 0}), (std::vector{7, 2}));
+    topology.addGroup(residues, new MtIntraLevelRange(0, 2, 4));
+    topology.addGroup(residues, list({{0, 9}, {0, 10}, {0, 9}, {3, -1}, {8, 0}}));
+    topology.addGroup(residues, new MtIntraLevelRange(0, INT_MIN, INT_MAX));
+    EXPECT_EQ(atomsOf({residues, 1}), (std::vector{9, 9}));
+    EXPECT_EQ(atomsOf({residues, 2}).size(), 10U);
+    topology.addGroup(chains, list({{residues, 1}, {0, 5}, {residues, 0}}));
+    EXPECT_EQ(atomsOf({chains, 0}), (std::vector{9, 9, 5, 2, 3, 4}));
+    topology.addGroup(chains, list({{chains, 2}, {0, 1}}));
+    topology.addGroup(chains, list({{0, 0}, {chains, 2}, {chains, 1}, {0, 3}}));
+    EXPECT_EQ(atomsOf({chains, 1}), (std::vector{0, 3, 1})) << "groups that hold each other";
+    for (MtGroupRef const missing : {MtGroupRef(), MtGroupRef(0, 10), MtGroupRef(9, 0), MtGroupRef(-1, 0)}) {
+        EXPECT_TRUE(atomsOf(missing).empty());
+    }
+}
+
+TEST_F(TopologyTest, knowsWhetherGroupsShareMembers) {
+    EXPECT_TRUE(segmentedWith(new MtIntraLevelRange(0, 0, 4)));
+    EXPECT_TRUE(segmentedWith(list({{0, 7}, {0, 7}, {0, 12}})));
+    EXPECT_FALSE(segmentedWith(list({{0, 8}, {0, 4}})));
+    level->groups[2]->setElement(1, MtGroupRef(0, 5));
+    EXPECT_TRUE(segmentedWith(new MtIntraLevelRange(0, INT_MAX, INT_MAX)));
+}
+
+/// Walking every range would take 10^10 steps here.
+TEST_F(TopologyTest, findsOwnersAmongOverlappingRanges) {
+    for (int i = 10; i < 100000; ++i) topology.addGroup(0, new MtAtom);
+    topology.addGroup(residues, list({{0, 70}, {0, 3}}));
+    topology.addGroup(residues, new MtIntraLevelRange(0, 1, 50));
+    topology.addGroup(residues, new MtIntraLevelRange(residues, 0, 99));
+    for (int i = 0; i < 100000; ++i) topology.addGroup(residues, new MtIntraLevelRange(0, 20 - i, 90 + i));
+    McDArray<int> const owners = tarnex::ownersOfMembers(topology, residues, 0);
+    std::vector<int> chosen;
+    for (int atom : {0, 1, 3, 50, 51, 70, 90, 91, 99999}) chosen.push_back(owners[atom]);
+    EXPECT_EQ(chosen, (std::vector{23, 1, 0, 1, 3, 0, 3, 4, 99912}));
+}
+
+TEST_F(TopologyTest, copiesDeeply) {
+    auto original = std::make_unique<MolTopology>(topology);
+    original->addBond(new MtBond(3, 7));
+    original->addGroup(residues, new MtIntraLevelRange(0, 1, 2));
+    original->addGroup(chains, list({{residues, 0}}));
+    original->setData(new MolDataInt("n", 4));
+    original->levels[residues]->flags = 0x31;
+    auto* names = original->levels[residues]->stringAttribute("name", create, true);
+    names->setValue(0, "GLY");
+    original->getAtomFormalChargeAttribute(MolTopology::CREATE)->setValue(9, -2);
+    EXPECT_EQ(original->levels[residues]->findGroupBackward("GLY") + original->findBond(7, 3), 0);
+
+    std::unique_ptr<MolTopology> const copy(original->duplicate());
+    names->setValue(0, "ALA");
+    original->setData(new MolDataInt("n", 5));
+    static_cast<MtBond*>(original->levels[1]->groups[0])->atomA() = 0;
+    original.reset();
+    EXPECT_EQ(copy->refCount, 0);
+    EXPECT_EQ(copy->getLevel(copy->getLevelIx("chains"))->getLowerLevelIx(), residues);
+    EXPECT_EQ(copy->levels[residues]->flags, 0x31);
+    EXPECT_EQ(copy->levels[residues]->findGroupBackward("ALA"), -1);
+    EXPECT_EQ(copy->levels[residues]->findGroupBackward("GLY"), 0);
+    EXPECT_EQ(copy->findBond(7, 3), 0);
+    EXPECT_EQ(copy->getAtomFormalChargeAttribute(MolTopology::FIND)->getValue(9), -2);
+    EXPECT_EQ(dynamic_cast<MolDataInt&>(*copy->getData("n")).getValue(), 4);
+    MtGroup const& bond = *copy->levels[1]->groups[0];
+    EXPECT_EQ(typeid(bond), typeid(MtBond));
+    EXPECT_EQ(dynamic_cast<MtIntraLevelRange&>(*copy->levels[residues]->groups[0]).last, 2);
+    EXPECT_EQ(dynamic_cast<MtDynamicGroup&>(*copy->levels[chains]->groups[0]).members.size, 1);
+}
+
+/// Groups move up by 10; group 5 is removed.
+struct Renumbering : MtGroupRefTranslator {
+    MtGroupRef translate(MtGroupRef ref) override { return {ref.levelIx, ref.groupIx == 5 ? -1 : ref.groupIx + 10}; }
+};
+
+TEST(MtGroup, translatesUpToTheFirstRemovedMember) {
+    Renumbering renumbering;
+    MtBond bond(3, 5);
+    MtIntraLevelRange range(2, 6, 8), unset, cut(2, 3, 5);
+    EXPECT_FALSE(bond.translate(&renumbering, false) || cut.translate(&renumbering, true));
+    EXPECT_TRUE(range.translate(&renumbering, true) && unset.translate(&renumbering, true));
+    EXPECT_EQ(bond[0], MtGroupRef(0, 13));
+    EXPECT_EQ(range[2], MtGroupRef(2, 18));
+    EXPECT_EQ(unset.size(), 0);
+}
+
+} // namespace

@@ -18,7 +18,7 @@ TEST(QltDamage, EveryChangedByteAndEveryCutIsRefused) {
     sources.append(new SampleTrajectory(fullTopology(), 2));
     sources.append(new SampleTrajectory(smallTopology(), 1));
     ASSERT_TRUE(tarnex::writeQltBundle(sources, (folder + "good").c_str()));
-    std::string const good = readBytes(folder + "good");
+    std::string const good = readFile(folder + "good");
     ASSERT_EQ(readAs(folder + "copy", good).size, 2);
 
     std::string const bad = folder + "bad";
@@ -35,7 +35,7 @@ TEST(QltDamage, EveryChangedByteAndEveryCutIsRefused) {
         }
         putByte(i, byte);
     }
-    ASSERT_EQ(readBytes(bad), good);
+    ASSERT_EQ(readFile(bad), good);
     for (std::size_t length = good.size(); length-- > 0;) {
         std::filesystem::resize_file(bad, length);
         ASSERT_EQ(read(bad).size, 0) << "cut at " << length;

@@ -44,7 +44,7 @@ TEST(QltRoundTrip, MoleculeWithEverythingInIt) {
     EXPECT_EQ(stepBytes(bundle[0], 0), stepBytes(&source, 0));
 
     ASSERT_TRUE(tarnex::writeQltBundle(bundle, (folder + "again.qlt").c_str()));
-    EXPECT_EQ(readBytes(folder + "again.qlt"), readBytes(folder + "full.qlt"));
+    EXPECT_EQ(readFile(folder + "again.qlt"), readFile(folder + "full.qlt"));
 }
 
 TEST(QltRoundTrip, ComparisonSeesEveryKindOfDifference) {
@@ -84,7 +84,7 @@ TEST(QltRoundTrip, BytesOfASmallFile) {
     section.u32(1).u8(3).text("note").u64(2).raw("hi");
     QltBytes step;
     step.u32(0x3F800000).u32(0xC0000000).u32(0x3F000000).u32(0).u32(0).u32(0);
-    EXPECT_EQ(readBytes(name), (QltFile{section.bytes, 2, {step.bytes}}.bytes()));
+    EXPECT_EQ(readFile(name), (QltFile{section.bytes, 2, {step.bytes}}.bytes()));
 }
 
 TEST(QltRoundTrip, SeveralTrajectoriesOfSeveralSteps) {
@@ -134,7 +134,7 @@ TEST(QltRoundTrip, StepIsReadFromTheFileThatWasOpened) {
     McHandle<MolTopology> const topology = smallTopology();
     SampleTrajectory source(topology, 2);
     ASSERT_TRUE(MolTrajectoryVRK::writeQLTMolTrajectory(&source, name.c_str()));
-    std::string const bytes = readBytes(name);
+    std::string const bytes = readFile(name);
     Bundle const bundle = read(name);
     ASSERT_EQ(bundle.size, 1);
 

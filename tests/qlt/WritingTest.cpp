@@ -15,7 +15,7 @@ protected:
 
     /// After a failed call: the older file as it was, and nothing beside it.
     void expectUntouched(std::string const& what) {
-        EXPECT_EQ(readBytes(name), "an older file") << what;
+        EXPECT_EQ(readFile(name), "an older file") << what;
         EXPECT_EQ(std::distance(fs::directory_iterator(folder), {}), 1) << what;
     }
     bool write(MolTrajectory* trajectory) { return MolTrajectoryVRK::writeQLTMolTrajectory(trajectory, name.c_str()); }

@@ -5,13 +5,13 @@
 #include "model/MtListGroups.h"
 #include "model/MtSmallGroups.h"
 #include "qlt/MolTrajectoryVRK.h"
+#include "support/files.h"
 
 #include <bit>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <initializer_list>
-#include <iterator>
 #include <limits>
 #include <string>
 
@@ -21,16 +21,8 @@ using Bundle = McDArray<McHandle<MolTrajectory>>;
 
 /// A new, empty folder for the files of one test.
 inline std::string scratchFolder() {
-    auto const folder =
-        std::filesystem::path(testing::TempDir()) / testing::UnitTest::GetInstance()->current_test_info()->name();
-    std::filesystem::remove_all(folder);
-    std::filesystem::create_directories(folder);
-    return folder.string() + "/";
-}
-
-inline std::string readBytes(std::string const& name) {
-    std::ifstream file(name, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
+    std::filesystem::remove_all(scratchPath(""));
+    return scratchPath("");
 }
 
 inline void writeBytes(std::string const& name, std::string const& bytes) {
@@ -134,7 +126,7 @@ public:
 
     int getNumTimeSteps() const override { return numSteps; }
     bool getTimeStep(int step, Molecule* molecule) override {
-        if (step == failingStep) return false;
+        if (!molecule || step == failingStep) return false;
         molecule->setTopology(topology, false);
         molecule->coords.resize(molecule->coords.size + surplusAtoms);
         for (std::int64_t i = 0; i < molecule->coords.size; ++i) {

@@ -8,14 +8,12 @@
 
 #include <cctype>
 #include <cstring>
-#include <memory>
 
 namespace {
 
 using tarnex::Progress;
 
 constexpr char const* workTitle = "Reading SDF-Molecule";
-constexpr int linesPerProgress = 200;
 
 /// Turns the lines of one record into the groups and attributes of a molecule.
 class RecordReader {
@@ -45,7 +43,7 @@ private:
 
     /// At some of the lines of a block, reports how far the work is; true if the user asked to stop.
     bool interruptedAt(int line, int linesOfBlocksBefore) const {
-        if (!progress || line % linesPerProgress != 0) return false;
+        if (!progress || line % tarnex::mdl::linesPerProgress != 0) return false;
         float const part =
             static_cast<float>(linesOfBlocksBefore + line) / static_cast<float>(counts.numAtoms + counts.numBonds);
         return progress.interruptedAt(static_cast<float>(static_cast<double>(part) * 0.9 + 0.1));
@@ -56,6 +54,7 @@ private:
     lengthizer& scanner;
     Progress const& progress;
 
+    molchem::ElementTable const& elements = tarnex::elementTable();
     tarnex::mdl::CountsLine counts;
     MtIntegerAttribute* atomicNumbers = nullptr;
     MtFloatAttribute* radii = nullptr;
@@ -67,11 +66,8 @@ private:
 
 void RecordReader::readCounts() {
     progress.info("Searching counts line.");
-    if (!tarnex::mdl::CountsLine::find(scanner)) {
-        throw Parse_Error{"Could not find counts line by V2000 or V3000 token"};
-    }
+    if (!counts.find(scanner)) throw Parse_Error{"Could not find counts line by V2000 or V3000 token"};
     progress.value(0.1F);
-    counts = tarnex::mdl::CountsLine::read(scanner);
     scanner.nextLine();
     topology.prepLevelSize(0, counts.numAtoms);
     molecule.coords.resize(counts.numAtoms);
@@ -104,7 +100,7 @@ bool RecordReader::readAtoms() {
 
 void RecordReader::addAtom(tarnex::mdl::AtomLine const& line) {
     int const atom = topology.addGroup(0, new (topology.groupPool) MtAtom).groupIx;
-    molchem::Element const* element = tarnex::elementTable().getElement(line.symbol, false);
+    molchem::Element const* element = elements.getElement(line.symbol, false);
     atomicNumbers->setValue(atom, element->getAtomicNumber());
     radii->setValue(atom, element->getRadius());
     formalCharges->setValue(atom, tarnex::mdl::AtomLine::chargeOfCode(line.chargeCode));
@@ -156,25 +152,31 @@ void RecordReader::readDataValue(char const* name) {
     scanner.nextLine();
 }
 
-/// The name of the record's topology: its data item "name", if that is text, or else file and number.
-void nameTopology(MolTopology& topology, char const* filename, std::int64_t number) {
-    if (auto const* name = dynamic_cast<MolDataString const*>(topology.getData("name"))) {
-        topology.setName(name->getValue());
-        return;
-    }
+/// A name of file and number.
+void nameByNumber(MolTopology& topology, char const* filename, std::int64_t number) {
     McString name;
     name.printf("%s-%d", McFilename(filename).basename(), static_cast<int>(number));
     topology.setName(name);
 }
 
+/// The name is the record's data item "name", if that is text, or else made of file and number.
+void nameTopology(MolTopology& topology, char const* filename, std::int64_t number) {
+    auto const* name = dynamic_cast<MolDataString const*>(topology.getData("name"));
+    if (name)
+        topology.setName(name->getValue());
+    else
+        nameByNumber(topology, filename, number);
+}
+
 } // namespace
 
 bool MDLIO::readMolecule(Molecule* molecule, MolTopology* topology, lengthizer& scanner, char const*) {
-    std::unique_ptr<Molecule> owned(molecule);
+    // A molecule that a handle of the caller's holds as well is left to it.
+    McHandle<Molecule> held(molecule);
     Progress const recordProgress(progress);
     try {
         if (!RecordReader(*molecule, *topology, scanner, recordProgress).read()) {
-            owned.reset();
+            held = nullptr;
             recordProgress.stop();
             return false;
         }
@@ -182,7 +184,7 @@ bool MDLIO::readMolecule(Molecule* molecule, MolTopology* topology, lengthizer& 
         recordProgress.stop();
         throw;
     }
-    static_cast<void>(owned.release());
+    held.handOut();
     return true;
 }
 
@@ -190,7 +192,7 @@ McDArray<McHandle<MolTrajectory>> MDLIO::readMDLMolTrajectoryBundle(char const* 
     McDArray<McHandle<MolTrajectory>> bundle;
     lengthizer scanner(filename);
     if (!scanner.isOpen()) {
-        tarnex::report(messages, "Could not open \"", filename, "\"\n");
+        tarnex::report(messages, "Could not open \"", filename ? filename : "", "\"\n");
         return bundle;
     }
     Progress const fileProgress(progress);
@@ -221,7 +223,7 @@ McDArray<McHandle<MolTrajectory>> MDLIO::readMDLMolTrajectoryBundle(char const* 
 MolTrajectory* MDLIO::readMDLMolTrajectory(char const* filename) {
     lengthizer scanner(filename);
     if (!scanner.isOpen()) {
-        tarnex::report(messages, "Could not load \"", filename, "\"\n");
+        tarnex::report(messages, "Could not load \"", filename ? filename : "", "\"\n");
         return nullptr;
     }
     Progress const fileProgress(progress);
@@ -238,8 +240,6 @@ MolTrajectory* MDLIO::readMDLMolTrajectory(char const* filename) {
     fileProgress.start(workTitle);
     auto* trajectory = new MolTrajectoryMem(molecule, 1);
     delete molecule;
-    McString name;
-    name.printf("%s-%d", McFilename(filename).basename(), 1);
-    trajectory->getTopology()->setName(name);
+    nameByNumber(*trajectory->getTopology(), filename, 1);
     return trajectory;
 }

@@ -15,7 +15,6 @@ namespace {
 
 using tarnex::Progress;
 
-constexpr int linesPerProgress = 200;
 constexpr int recordsPerProgress = 10;
 
 /// Writes the lines of one record from a molecule.
@@ -34,7 +33,6 @@ public:
 
     /// False if the user stopped the work.
     bool write(char const* name) {
-        tarnex::WorkingPhase const phase(progress, "");
         writeHeader(name);
         tarnex::mdl::CountsLine{numAtoms, numBonds}.write(out);
         if (!writeAtoms() || !writeBonds()) return false;
@@ -50,7 +48,7 @@ private:
     void writeDataItems();
 
     bool interruptedAt(int line, int linesOfBlocksBefore) const {
-        if (!progress || line % linesPerProgress != 0) return false;
+        if (!progress || line % tarnex::mdl::linesPerProgress != 0) return false;
         return progress.interruptedAt(static_cast<float>(linesOfBlocksBefore + line) /
                                       static_cast<float>(numAtoms + numBonds));
     }
@@ -59,6 +57,7 @@ private:
     McDArray<McVec3f> const& coords;
     writer& out;
     Progress progress;
+    molchem::ElementTable const& elements = tarnex::elementTable();
     int numAtoms;
     int numBonds;
     MtIntegerAttribute* atomicNumbers;
@@ -80,7 +79,7 @@ bool RecordWriter::writeAtoms() {
         tarnex::mdl::AtomLine line;
         if (i < coords.size) line.position = coords[i];
         int const atomicNumber = atomicNumbers ? atomicNumbers->getValue(i) : 0;
-        std::strcpy(line.symbol, tarnex::elementTable().getElement(atomicNumber)->getSymbol());
+        std::strcpy(line.symbol, elements.getElement(atomicNumber)->getSymbol());
         if (formalCharges) line.chargeCode = tarnex::mdl::AtomLine::codeOfCharge(formalCharges->getValue(i));
         if (implicitHydrogens) {
             line.hydrogenCount = static_cast<int>(static_cast<unsigned>(implicitHydrogens->getValue(i)) + 1U);
@@ -94,9 +93,10 @@ bool RecordWriter::writeBonds() {
     McDArray<MtGroup*> const& bonds = topology.getLevel(1)->groups;
     for (int i = 0; i < numBonds; ++i) {
         if (interruptedAt(i, numAtoms)) return false;
+        // What joins no atoms is written as atoms 0, so that the counts hold.
         int atomA = -1;
         int atomB = -1;
-        tarnex::getBondAtoms(bonds[i], atomA, atomB);
+        tarnex::getExistingBondAtoms(topology, bonds[i], atomA, atomB);
         int const type = bondTypes ? bondTypes->getValue(i) : 0;
         tarnex::mdl::BondLine{atomA + 1, atomB + 1, type}.write(out, bondTypes != nullptr);
     }
@@ -141,29 +141,27 @@ private:
 bool MDLIO::checkNumAtomsBonds(MolTopology const* topology) {
     constexpr int limit = 999; // the counts have three columns
     if (topology->levels[0]->groups.size > limit) {
-        tarnex::report(messages, "Molecule contains too many ", "atoms for sdf format\n");
+        tarnex::report(messages, "Molecule contains too many atoms for sdf format\n");
         return false;
     }
     if (topology->levels[1]->groups.size > limit) {
-        tarnex::report(messages, "Molecule contains too many ", "bonds for sdf format\n");
+        tarnex::report(messages, "Molecule contains too many bonds for sdf format\n");
         return false;
     }
     return true;
 }
 
-MDLIO::RecordResult MDLIO::writeRecord(Molecule& molecule, char const* name, writer& out) {
-    if (!checkNumAtomsBonds(molecule.getTopology())) return RecordResult::refused;
-    return RecordWriter(molecule, out, progress).write(name) ? RecordResult::written : RecordResult::interrupted;
-}
-
 bool MDLIO::writeMDLMolecule(Molecule* molecule, char const* name, writer& out) {
-    RecordResult const result = writeRecord(*molecule, name, out);
-    if (result == RecordResult::interrupted) delete molecule;
-    return result == RecordResult::written;
+    if (!checkNumAtomsBonds(molecule->getTopology())) return false;
+    tarnex::WorkingPhase const phase(progress, "");
+    if (RecordWriter(*molecule, out, progress).write(name)) return true;
+    // The molecule goes with the work, unless a handle holds it.
+    McHandle<Molecule> const last(molecule);
+    return false;
 }
 
 bool MDLIO::writeMDLMolecule(Molecule* molecule, char const* filename) {
-    if (!molecule) {
+    if (!molecule || !molecule->getTopology()) {
         tarnex::report(messages, "Empty molecule !\n");
         return false;
     }
@@ -181,12 +179,18 @@ bool MDLIO::writeMDLMolecule(Molecule* molecule, char const* filename) {
     return true;
 }
 
-bool MDLIO::writeMDLMolTrajectory(MolTrajectory* trajectory, char const* filename) {
-    McHandle<Molecule> const molecule(new Molecule(trajectory->getTopology(), false));
-    if (!trajectory->getTimeStep(0, molecule)) {
-        tarnex::report(messages, "First time step of trajectory corrupted!\n");
-        return false;
+McHandle<Molecule> MDLIO::firstStep(MolTrajectory* trajectory) {
+    if (trajectory && trajectory->getTopology()) {
+        McHandle<Molecule> molecule(new Molecule(trajectory->getTopology(), false));
+        if (trajectory->getTimeStep(0, molecule)) return molecule;
     }
+    tarnex::report(messages, "First time step of trajectory corrupted!\n");
+    return nullptr;
+}
+
+bool MDLIO::writeMDLMolTrajectory(MolTrajectory* trajectory, char const* filename) {
+    McHandle<Molecule> const molecule = firstStep(trajectory);
+    if (!molecule) return false;
     writer out(filename);
     if (!out.isOpen()) {
         tarnex::report(messages, "Could not create file !\n");
@@ -194,7 +198,7 @@ bool MDLIO::writeMDLMolTrajectory(MolTrajectory* trajectory, char const* filenam
     }
     for (int step = 0; step < trajectory->getNumTimeSteps(); ++step) {
         if (!trajectory->getTimeStep(step, molecule)) return false;
-        if (writeRecord(*molecule, filename, out) != RecordResult::written) return false;
+        if (!writeMDLMolecule(molecule, filename, out)) return false;
         writeRecordEnd(out);
     }
     return true;
@@ -215,12 +219,9 @@ bool MDLIO::writeMDLMolTrajectoryBundle(McDArray<MolTrajectory*> trajectories, c
         if (i % recordsPerProgress == 0 && bundleProgress.interruptedAt(part)) return false;
         MolTrajectory* trajectory = trajectories[i];
         if (!trajectory || trajectory->getNumTimeSteps() == 0) continue;
-        McHandle<Molecule> const molecule(new Molecule(trajectory->getTopology(), false));
-        if (!trajectory->getTimeStep(0, molecule)) {
-            tarnex::report(messages, "First time step of trajectory corrupted!\n");
-            return false;
-        }
-        if (writeRecord(*molecule, filename, out) != RecordResult::written) {
+        McHandle<Molecule> const molecule = firstStep(trajectory);
+        if (!molecule) return false;
+        if (!writeMDLMolecule(molecule, filename, out)) {
             tarnex::report(messages, "Failed writing.\n");
             return false;
         }

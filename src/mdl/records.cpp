@@ -7,62 +7,86 @@ namespace tarnex::mdl {
 
 namespace {
 
-constexpr unsigned short columnsBeforeVersion = 34;
-constexpr unsigned char versionWidth = 5;
+// The widths of the fields of each line, in the order of the columns.
+
+namespace countsLine {
+constexpr unsigned char atoms = 3;
+constexpr unsigned char bonds = 3;
+constexpr unsigned char others = 28;
+constexpr unsigned char version = 5;
+static_assert(atoms + bonds + others + version == 39);
+} // namespace countsLine
+
+namespace atomLine {
+constexpr unsigned char coordinate = 10;
+constexpr unsigned char blank = 1;
+constexpr unsigned char symbol = 3;
+constexpr unsigned char massDifference = 2;
+constexpr unsigned char chargeCode = 3;
+constexpr unsigned char stereoParity = 3;
+constexpr unsigned char hydrogenCount = 3;
+static_assert(3 * coordinate + blank + symbol + massDifference + chargeCode + stereoParity + hydrogenCount == 45);
+
+// A coordinate in parts: the characters ahead of the point and the places behind it.
+constexpr int aheadOfPoint = 5;
+constexpr int places = 4;
+static_assert(aheadOfPoint + 1 + places == coordinate);
+} // namespace atomLine
+
+namespace bondLine {
+constexpr unsigned char atom = 3;
+constexpr unsigned char type = 3;
+} // namespace bondLine
+
+/// A number on the right side of a field.
+void writeNumber(writer& out, int value, unsigned char width) {
+    out.writeColumns(value, 1, width, 0);
+}
 
 } // namespace
 
 bool CountsLine::find(lengthizer& scanner) {
     while (true) {
-        long const lineStart = scanner.tell();
-        scanner.skipChars(columnsBeforeVersion);
-        scanner.getToken(versionWidth);
+        numAtoms = std::max(scanner.getInt(countsLine::atoms), 0);
+        numBonds = std::max(scanner.getInt(countsLine::bonds), 0);
+        scanner.skipChars(countsLine::others);
+        scanner.getToken(countsLine::version);
         if (scanner.eof) return false;
-        if (scanner.equals("V2000") || scanner.equals("V3000")) {
-            scanner.backTo(lineStart);
-            return true;
-        }
+        if (scanner.equals("V2000") || scanner.equals("V3000")) return true;
         scanner.nextLine();
     }
 }
 
-CountsLine CountsLine::read(lengthizer& scanner) {
-    CountsLine line;
-    line.numAtoms = std::max(scanner.getInt(3), 0); // columns 1-3
-    line.numBonds = std::max(scanner.getInt(3), 0); // columns 4-6
-    return line;
-}
-
 void CountsLine::write(writer& out) const {
-    out.writeColumns(itoa2(numAtoms), 1, 3, 0);
-    out.writeColumns(itoa2(numBonds), 4, 6, 0);
+    writeNumber(out, numAtoms, countsLine::atoms);
+    writeNumber(out, numBonds, countsLine::bonds);
     out.write("  0  0  0  0  0  0  0  0  1 V2000\n");
 }
 
 AtomLine AtomLine::read(lengthizer& scanner) {
     AtomLine line;
-    line.position.x = scanner.getFloat(10); // columns 1-10
-    line.position.y = scanner.getFloat(10); // columns 11-20
-    line.position.z = scanner.getFloat(10); // columns 21-30
-    scanner.skipChars(1);
-    scanner.getString(line.symbol, 3);      // columns 32-34
-    scanner.skipChars(2);                   // mass difference
-    line.chargeCode = scanner.getInt(3);    // columns 37-39
-    scanner.skipChars(3);                   // stereo parity
-    line.hydrogenCount = scanner.getInt(3); // columns 43-45
+    line.position.x = scanner.getFloat(atomLine::coordinate);
+    line.position.y = scanner.getFloat(atomLine::coordinate);
+    line.position.z = scanner.getFloat(atomLine::coordinate);
+    scanner.skipChars(atomLine::blank);
+    scanner.getString(line.symbol, atomLine::symbol);
+    scanner.skipChars(atomLine::massDifference);
+    line.chargeCode = scanner.getInt(atomLine::chargeCode);
+    scanner.skipChars(atomLine::stereoParity);
+    line.hydrogenCount = scanner.getInt(atomLine::hydrogenCount);
     return line;
 }
 
 void AtomLine::write(writer& out) const {
     for (float const coordinate : {position.x, position.y, position.z}) {
-        out.writeParts(coordinate, 5, 4);
+        out.writeParts(coordinate, atomLine::aheadOfPoint, atomLine::places);
     }
-    out.write(" ");
-    out.writeColumns(symbol, 32, 34, 1);
-    out.write(" 0");
-    out.writeColumns(chargeCode, 37, 39, 0);
-    out.write("  0");
-    out.writeColumns(hydrogenCount, 43, 45, 0);
+    out.write(" ", atomLine::blank);
+    out.writeColumns(symbol, 1, atomLine::symbol, 1);
+    writeNumber(out, 0, atomLine::massDifference);
+    writeNumber(out, chargeCode, atomLine::chargeCode);
+    writeNumber(out, 0, atomLine::stereoParity);
+    writeNumber(out, hydrogenCount, atomLine::hydrogenCount);
     out.write("   0  0  0\n");
 }
 
@@ -76,16 +100,16 @@ int AtomLine::codeOfCharge(int charge) {
 
 BondLine BondLine::read(lengthizer& scanner) {
     BondLine line;
-    line.firstAtom = scanner.getInt(3);  // columns 1-3
-    line.secondAtom = scanner.getInt(3); // columns 4-6
-    line.type = scanner.getInt(3);       // columns 7-9
+    line.firstAtom = scanner.getInt(bondLine::atom);
+    line.secondAtom = scanner.getInt(bondLine::atom);
+    line.type = scanner.getInt(bondLine::type);
     return line;
 }
 
 void BondLine::write(writer& out, bool withType) const {
-    out.writeColumns(firstAtom, 1, 3, 0);
-    out.writeColumns(secondAtom, 4, 6, 0);
-    if (withType) out.writeColumns(type, 7, 9, 0);
+    writeNumber(out, firstAtom, bondLine::atom);
+    writeNumber(out, secondAtom, bondLine::atom);
+    if (withType) writeNumber(out, type, bondLine::type);
     out.write("  0  0  0\n");
 }
 

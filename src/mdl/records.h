@@ -5,18 +5,20 @@
 #include "textio/writer.h"
 
 /// The lines of an MDL connection table in the V2000 layout ("CTfile Formats", MDL Information Systems). Each has one
-/// function that reads it, and leaves the scanner on it, and one that writes it. Its columns stand there and nowhere
-/// else.
+/// function that reads it, and leaves the scanner on it, and one that writes it. The widths of their fields stand at
+/// the head of records.cpp.
 namespace tarnex::mdl {
+
+/// Atom and bond lines between two reports of progress.
+constexpr int linesPerProgress = 200;
 
 struct CountsLine {
     int numAtoms = 0;
     int numBonds = 0;
 
-    /// Moves to the start of the next line that has the version token in columns 35-39. False at the end of the file.
-    static bool find(lengthizer& scanner);
-    /// Negative counts read as 0.
-    static CountsLine read(lengthizer& scanner);
+    /// Moves to the next line that has the version token in columns 35-39 and reads it. Negative counts read as 0.
+    /// False at the end of the file.
+    bool find(lengthizer& scanner);
     void write(writer& out) const;
 };
 
@@ -50,8 +52,8 @@ struct BondLine {
 /// The line that ends a record.
 constexpr char const* recordEnd = "$$$$";
 
-/// Takes the name out of the header line of a data item, such as "> 25 <name> (1)". Room for the line's length is
-/// needed in `name`. False if the line is no such header.
+/// Takes the name out of the header line of a data item, such as "> 25 <name> (1)". `name` needs room for the length of
+/// the line. False if the line is no such header.
 bool readDataHeader(char const* line, char* name);
 
 } // namespace tarnex::mdl

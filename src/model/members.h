@@ -61,6 +61,14 @@ inline bool getBondAtoms(MtGroup const* group, int& atomA, int& atomB) {
     return first.levelIx == 0 && second.levelIx == 0;
 }
 
+/// The two atoms of a group of the bond level if both exist in the topology; otherwise false, and both are -1.
+inline bool getExistingBondAtoms(MolTopology const& topology, MtGroup const* group, int& atomA, int& atomB) {
+    if (getBondAtoms(group, atomA, atomB) && exists(topology, {0, atomA}) && exists(topology, {0, atomB})) return true;
+    atomA = -1;
+    atomB = -1;
+    return false;
+}
+
 /// For each group of the level `memberLevelIx`, the first group of the level `levelIx` that holds it, or -1.
 TARNEX_API McDArray<int> ownersOfMembers(MolTopology const& topology, int levelIx, int memberLevelIx);
 

@@ -109,7 +109,7 @@ bool forEachRun(McDArray<MtGroup*> const& groups, Visitor&& visit) {
 bool joinsExistingAtoms(MolTopology const& topology, MtGroup const* group) {
     int atomA = -1;
     int atomB = -1;
-    return getBondAtoms(group, atomA, atomB) && exists(topology, {0, atomA}) && exists(topology, {0, atomB});
+    return getExistingBondAtoms(topology, group, atomA, atomB);
 }
 
 bool allMembersExist(MolTopology const& topology, MtGroup const* group) {

@@ -50,18 +50,6 @@ public:
     /// The current file offset in bytes. Nothing is recorded: `setStreamPos` to it gives line number 0.
     long tell() const { return blockOffset + (cursor - block.get()); }
 
-    /// Moves back to an offset on the current line that `tell` gave. Nothing is recorded or looked up.
-    void backTo(long position) {
-        int const line = lineNumber;
-        if (position < blockOffset) {
-            setStreamPos(position);
-        } else {
-            cursor = block.get() + (position - blockOffset);
-            eof = false;
-        }
-        lineNumber = line;
-    }
-
     /// Stores the current file offset in `position` and records the current line number for it.
     void getStreamPos(long& position);
 

@@ -58,7 +58,8 @@ public:
     enum class WriteBundles : int { WRITE_PDB = 1, WRITE_QLT = 2, WRITE_TRIPOS = 3 };
 
     /// Reads the first molecule of a file. `second` names a further file for the formats that need one and may be null.
-    /// The molecule belongs to the caller; null on failure.
+    /// The molecule belongs to the caller; null on failure. Like all operations here, it lets exceptions of a format
+    /// pass: `Parse_Error` where one reads, `FloatConversion_Error` and `McException` where one writes.
     static Molecule* readMolecule(char const* name, ReadMolecules type, char const* second);
 
     /// Reads a trajectory. `second` and `third` name further files and may be null. The trajectory has reference count

@@ -1,0 +1,177 @@
+#include "model/Molecule.h"
+#include "model/MtListGroups.h"
+#include "qlt/MolTrajectoryVRK.h"
+#include "tools/program.h"
+
+#include <gmock/gmock.h>
+
+namespace {
+
+using namespace tarnex::test;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+class Convert : public ToolTest {};
+class Frames : public ToolTest {};
+
+std::vector<std::string> linesOf(std::string const& text) {
+    std::vector<std::string> lines;
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);) lines.push_back(line);
+    return lines;
+}
+
+/// An atom that is at `step` on the x axis in each of its steps.
+class Walk : public MolTrajectory {
+public:
+    explicit Walk(int numSteps) : steps(numSteps) {
+        topology->addGroup(0, new MtAtom);
+        topology->setName("walk");
+    }
+    int getNumTimeSteps() const override { return steps; }
+    bool getTimeStep(int step, Molecule* molecule) override {
+        molecule->setTopology(topology, false);
+        molecule->coords[0] = McVec3f(static_cast<float>(step), 0.0F, 0.0F);
+        return true;
+    }
+
+private:
+    int steps;
+};
+
+void writeWalk(char const* name, int steps, char const* residueLevel = nullptr) {
+    McHandle<MolTrajectory> const walk(new Walk(steps));
+    if (residueLevel) {
+        MolTopology* topology = walk->getTopology();
+        topology->addGroup(topology->addLevel(residueLevel, 0, 12, -1), new MtIntraLevelRange(0, 0, 0));
+        topology->getLevel(0)->stringAttribute("name", MtGroupingLevel::CREATE, true)->setValue(0, "CA");
+    }
+    ASSERT_TRUE(MolTrajectoryVRK::writeQLTMolTrajectory(walk, scratchPath(name).c_str()));
+}
+
+/// The x coordinates of the one-atom records that the program writes for these arguments.
+std::string stepsWritten(std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), "convert");
+    arguments.insert(arguments.end(), {"walk.qlt", "walk.sdf"});
+    runSilently(arguments);
+    std::vector<std::string> const lines = linesOf(readFile(scratchPath("walk.sdf")));
+    std::string steps;
+    for (std::size_t i = 4; i < lines.size(); i += 8) steps += std::to_string(std::stoi(lines[i])) + " ";
+    return steps;
+}
+
+TEST_F(Convert, givesEverythingBackOnTheWayThroughQlt) {
+    runSilently({"convert", ligands, "direct.sdf"});
+    runSilently({"convert", ligands, "there.QLT"});
+    runSilently({"convert", "there.QLT", "back.SD"});
+    std::string const direct = readFile(scratchPath("direct.sdf"));
+    EXPECT_EQ(readFile(scratchPath("back.SD")), direct);
+    EXPECT_THAT(direct, StartsWith("caffeine\n -VelorNelst-\n\n"
+                                   " 24 25  0  0  0  0  0  0  0  0  1 V2000\n"
+                                   "   -3.2456   -1.1367    0.0333 C   0  0  0  0   0  0  0\n"));
+    EXPECT_THAT(direct, HasSubstr("\n 14 24  1  0  0  0\nM END\n\n> <name>\ncaffeine\n\n> <CAS>\n58-08-2\n\n"));
+    EXPECT_THAT(direct, HasSubstr("\n    1.2050   -0.0661   -0.5860 O   0  5  0  0   0  0  0\n"));
+
+    // A second time nothing is left to lose.
+    runSilently({"convert", "direct.sdf", "again.sdf"});
+    EXPECT_EQ(readFile(scratchPath("again.sdf")), direct);
+}
+
+TEST_F(Convert, joinsItsInputsInOrder) {
+    runSilently({"convert", ligands, "three.qlt"});
+    std::string const three = runSilently({"convert", "--to", "sdf", "three.qlt", "-"});
+    EXPECT_EQ(runSilently({"convert", "--to", "sdf", "three.qlt", ligands, "-"}), three + three);
+    std::filesystem::copy(ligands, scratchPath("ligands.txt"));
+    EXPECT_EQ(runSilently({"convert", "--from", "sdf", "--to", "sdf", "ligands.txt", "-"}), three);
+}
+
+TEST_F(Convert, namesRecordsByTheirTopologyOrElseByTheOutput) {
+    MolTopology* topology = new MolTopology;
+    McHandle<Molecule> const molecule(new Molecule(topology, true));
+    ASSERT_TRUE(MolTrajectoryVRK::writeQLTMolecule(molecule, scratchPath("nameless.qlt").c_str()));
+    topology->setName("two\nlines");
+    ASSERT_TRUE(MolTrajectoryVRK::writeQLTMolecule(molecule, scratchPath("named.qlt").c_str()));
+    std::filesystem::create_directory(scratchPath("folder"));
+    runSilently({"convert", "nameless.qlt", "named.qlt", "folder/out.sdf"});
+    std::string const rest = "\n -VelorNelst-\n\n  0  0  0  0  0  0  0  0  0  0  1 V2000\nM END\n\n$$$$\n";
+    EXPECT_EQ(readFile(scratchPath("folder/out.sdf")), "out.sdf" + rest + "two" + rest);
+}
+
+TEST_F(Convert, notesWhatTheOutputCannotKeep) {
+    writeWalk("walk.qlt", 1, "residues");
+    Program program({"convert", "walk.qlt", "walk.sdf"});
+    EXPECT_EQ(program.status(), 0);
+    EXPECT_EQ(program.err(), "tarnex: note: sdf does not keep the levels residues; of the atoms name\n");
+    runSilently({"convert", "--quiet", "walk.qlt", "walk.sdf"});
+    runSilently({"convert", "walk.qlt", "copy.qlt"});
+}
+
+TEST_F(Convert, tellsInOneLineWhyAMoleculeCannotBeWritten) {
+    MolTopology* topology = new MolTopology;
+    topology->setName("big");
+    for (int i = 0; i < 1000; ++i) topology->addGroup(0, new MtAtom);
+    McHandle<Molecule> const big(new Molecule(topology, true));
+    ASSERT_TRUE(MolTrajectoryVRK::writeQLTMolecule(big, scratchPath("big.qlt").c_str()));
+    Program tooBig({"convert", "big.qlt", "out.sdf"});
+    EXPECT_EQ(tooBig.status(), 1);
+    EXPECT_EQ(tooBig.err(), "tarnex: out.sdf: molecule \"big\": Molecule contains too many atoms for sdf format\n");
+
+    writeWalk("far.qlt", 100001);
+    Program tooFar({"convert", "--frames", "100000", "far.qlt", "out.sdf"});
+    EXPECT_EQ(tooFar.status(), 1);
+    EXPECT_EQ(tooFar.err(), "tarnex: out.sdf: molecule \"walk\": a number does not fit in its columns\n");
+    EXPECT_THAT(filesLeft(), testing::UnorderedElementsAre("far.qlt", "big.qlt"));
+}
+
+TEST_F(Convert, refusesADamagedFileUnlessToldToGoOn) {
+    std::string damaged = readFile(ligands);
+    damaged.replace(damaged.find(" 10  9  0"), 9, "  9  9  0");
+    writeFile("damaged.sdf", damaged);
+    Program strict({"convert", "damaged.sdf", "out.sdf"});
+    EXPECT_EQ(strict.status(), 1);
+    EXPECT_THAT(strict.err(), StartsWith("tarnex: damaged.sdf: record 2, line "));
+    EXPECT_THAT(filesLeft(), ElementsAre("damaged.sdf"));
+
+    Program lenient({"convert", "--keep-going", "damaged.sdf", "out.sdf"});
+    EXPECT_EQ(lenient.status(), 0);
+    EXPECT_THAT(lenient.err(), HasSubstr(": Atomnumber is out of range; left out from there on\n"));
+    std::string const whole = runSilently({"convert", "--to", "sdf", ligands, "-"});
+    EXPECT_EQ(readFile(scratchPath("out.sdf")), whole.substr(0, whole.find("$$$$\n") + 5));
+
+    // A cut in the lines ahead of a record's counts line is damage as well.
+    writeFile("cut.sdf", readFile(ligands) + "fourth\n  Tarnex\n");
+    EXPECT_EQ(Program({"convert", "cut.sdf", "out.sdf"}).status(), 1);
+    writeFile("closed.sdf", readFile(ligands) + "\n \r\n");
+    runSilently({"convert", "closed.sdf", "out.sdf"});
+}
+
+TEST_F(Frames, areTakenFromEndToEndWithBothEndsIncluded) {
+    writeWalk("walk.qlt", 10);
+    EXPECT_EQ(stepsWritten({}), "0 1 2 3 4 5 6 7 8 9 ");
+    EXPECT_EQ(stepsWritten({"--frames", "0:9:3"}), "0 3 6 9 ");
+    EXPECT_EQ(stepsWritten({"--frames", "0:100:4"}), "0 4 8 ");
+    EXPECT_EQ(stepsWritten({"--frames", "2:4"}), "2 3 4 ");
+    EXPECT_EQ(stepsWritten({"--frames", "5"}), "5 ");
+    EXPECT_EQ(stepsWritten({"--frames", "7:"}), "7 8 9 ");
+    EXPECT_EQ(stepsWritten({"--frames", ":1"}), "0 1 ");
+    EXPECT_EQ(stepsWritten({"--frames", "::5"}), "0 5 ");
+    EXPECT_EQ(stepsWritten({"--frames=-2:"}), "8 9 ");
+    EXPECT_EQ(stepsWritten({"--frames=-100:-9"}), "0 1 ");
+    EXPECT_EQ(stepsWritten({"--frames=-1"}), "9 ");
+    EXPECT_EQ(stepsWritten({"--frames", "1:8:2147483647"}), "1 ");
+}
+
+TEST_F(Frames, leaveSingleStepsAloneAndMustNotBeNone) {
+    writeWalk("one.qlt", 1);
+    writeWalk("walk.qlt", 10);
+    runSilently({"convert", "--frames", "4:6", "one.qlt", "walk.qlt", "both.qlt"});
+    EXPECT_THAT(runSilently({"info", "both.qlt"}), HasSubstr(": 2 trajectories of 4 steps\n"));
+    for (char const* const none : {"10", "10:20", "5:4"}) {
+        Program program({"convert", "--frames", none, "walk.qlt", "out.qlt"});
+        EXPECT_EQ(program.status(), 1) << none;
+        EXPECT_EQ(program.err(), "tarnex: walk.qlt: --frames selects none of the 10 steps of \"walk\"\n");
+    }
+}
+
+} // namespace

@@ -1,0 +1,76 @@
+#pragma once
+
+#include "Console.h"
+#include "Failure.h"
+#include "OutputFile.h"
+#include "foundation/McDArray.h"
+#include "foundation/McHandle.h"
+#include "model/MolTrajectory.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tarnex::tool {
+
+using Bundle = McDArray<McHandle<MolTrajectory>>;
+using FileNames = std::vector<std::string>;
+
+/// What was read from a file, or from several that belong together.
+struct Document {
+    Bundle bundle;
+    /// Places from which on a damaged file could not be read.
+    std::vector<Failure> damage;
+};
+
+/// What a format has room for, to tell what gets lost. The position of the atoms goes without saying.
+struct Capacity {
+    bool everything;
+    std::vector<std::string_view> levels;
+    std::vector<std::string_view> atomAttributes;
+    std::vector<std::string_view> bondAttributes;
+    bool dataItems;
+};
+
+/// A row of the table of formats. A new format is a row in Format.cpp and the two functions it names.
+struct Format {
+    std::string_view name;
+    /// With their points and in lower case.
+    std::vector<std::string_view> extensions;
+    /// Extensions of the further files that may stand behind one of this format and are read together with it.
+    std::vector<std::string_view> companions;
+    std::string_view description;
+    std::string_view keeps;
+    std::string_view loses;
+    Capacity capacity;
+    /// Appends what the files hold. Null if the format is only written.
+    void (*read)(FileNames const& files, Document& document, Console& console);
+    /// Writes the temporary file of the output. Null if the format is only read.
+    void (*write)(Bundle const& bundle, OutputFile const& output, Console& console);
+};
+
+std::vector<Format> const& formats();
+
+/// The names of all formats, as a list for people.
+std::string formatNames();
+
+/// Throws `WrongUse` for an unknown name.
+Format const& formatByName(std::string const& name);
+
+/// Throws `WrongUse` for an unknown extension, which is matched without regard to case.
+Format const& formatOfFile(std::string const& file);
+
+/// Files that are read together, and how.
+struct Input {
+    Format const* format;
+    FileNames files;
+};
+
+/// Sorts the files of a command line into inputs. `formatName` is empty if the extensions decide. Throws `WrongUse` for
+/// a format that is unknown or not read.
+std::vector<Input> groupInputs(FileNames const& files, std::string const& formatName);
+
+/// Throws `Failure` if a file cannot be read or has nothing in it, `Interrupted` if the user asked to stop.
+Document readInput(Input const& input, Console& console);
+
+} // namespace tarnex::tool

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <string>
+#include <sys/types.h>
+
+namespace tarnex::tool {
+
+/// A file that appears under its name only when it is whole. It is written as a temporary file in the same folder,
+/// which is removed again unless `putInPlace` is reached, so that an older file of the name stays as it was until then.
+/// Standard output (name "-"), pipes and devices get a copy of the whole file at that moment.
+class OutputFile {
+public:
+    /// Makes the empty temporary file. Throws `Failure` if the output could not be put in place.
+    explicit OutputFile(std::string const& outputName);
+    ~OutputFile();
+    OutputFile(OutputFile const&) = delete;
+    OutputFile& operator=(OutputFile const&) = delete;
+
+    /// The name for people.
+    std::string const& name() const { return shownName; }
+    /// The path to write to; the file may be replaced by another.
+    std::string const& temporary() const { return temporaryPath; }
+
+    /// Throws `Failure` if the content does not reach its place, `Interrupted` if the user asked to stop meanwhile.
+    void putInPlace();
+
+private:
+    void chooseTarget(std::string const& outputName);
+    void makeTemporary();
+    void copyToStream(int whole) const;
+
+    std::string shownName;
+    /// The path behind symbolic links; empty for standard output.
+    std::string target;
+    bool isStream = false;
+    mode_t mode = 0;
+    /// Empty once there is none any more.
+    std::string temporaryPath;
+};
+
+} // namespace tarnex::tool

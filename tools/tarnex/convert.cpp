@@ -1,0 +1,62 @@
+#include "OutputFile.h"
+#include "commands.h"
+#include "losses.h"
+
+namespace tarnex::tool {
+
+namespace {
+
+Format const& outputFormat(ConvertOptions const& options) {
+    if (options.to.empty() && options.output == "-") throw WrongUse{"standard output needs a format: --to FORMAT"};
+    Format const& format = options.to.empty() ? formatOfFile(options.output) : formatByName(options.to);
+    if (!format.write) throw WrongUse{"the format " + std::string(format.name) + " is only read"};
+    return format;
+}
+
+/// Damaged input is a failure unless the user takes what could be read of it.
+void tellDamage(Document const& document, bool keepGoing, Console& console) {
+    for (Failure const& damage : document.damage) {
+        if (!keepGoing) throw damage.followedBy("; nothing is written (--keep-going converts what stands ahead of it)");
+        console.error(damage.message + "; left out from there on");
+    }
+}
+
+Bundle readSelected(std::vector<Input> const& inputs, ConvertOptions const& options, Transfer& transfer) {
+    Bundle selection;
+    for (Input const& input : inputs) {
+        Document const document = readInput(input, transfer.console);
+        tellDamage(document, options.keepGoing, transfer.console);
+        for (McHandle<MolTrajectory> const& trajectory : document.bundle) {
+            appendSelected(selection, trajectory, options.frames, input.files.front(), transfer);
+        }
+    }
+    return selection;
+}
+
+void write(Bundle const& bundle, Format const& format, OutputFile const& output, Transfer& transfer) {
+    transfer.console.startPart("writing " + output.name());
+    try {
+        workOn(output.name(), [&] { format.write(bundle, output, transfer.console); });
+    } catch (Failure const&) {
+        transfer.throwIfFailed();
+        throw;
+    }
+    transfer.throwIfFailed();
+}
+
+} // namespace
+
+ExitStatus runConvert(ConvertOptions const& options, Console& console) {
+    Format const& format = outputFormat(options);
+    std::vector<Input> const inputs = groupInputs(options.inputs, options.from);
+    OutputFile output(options.output);
+    Transfer transfer(console);
+    Bundle const bundle = readSelected(inputs, options, transfer);
+    std::string const losses = lossesOf(bundle, format);
+    if (!losses.empty()) console.note(std::string(format.name) + " does not keep " + losses);
+    write(bundle, format, output, transfer);
+    output.putInPlace();
+    return succeeded;
+}
+
+} // namespace tarnex::tool

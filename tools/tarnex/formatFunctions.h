@@ -1,0 +1,14 @@
+#pragma once
+
+#include "Format.h"
+
+/// The functions that the rows of the table of formats name, a source file for each family of formats.
+namespace tarnex::tool {
+
+void readSdf(FileNames const& files, Document& document, Console& console);
+void writeSdf(Bundle const& bundle, OutputFile const& output, Console& console);
+
+void readQlt(FileNames const& files, Document& document, Console& console);
+void writeQlt(Bundle const& bundle, OutputFile const& output, Console& console);
+
+} // namespace tarnex::tool

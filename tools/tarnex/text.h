@@ -1,0 +1,25 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tarnex::tool {
+
+/// The text in one line that is safe for a terminal: line ends are shown as "\n", other control characters as "?".
+std::string printable(std::string_view text);
+
+/// At most `width` characters of a UTF-8 text; a longer one ends in "...".
+std::string shortened(std::string const& text, std::size_t width);
+
+/// "1 atom", "2 atoms".
+std::string counted(long long count, std::string_view thing);
+
+/// "a, b, c".
+std::string joined(std::vector<std::string> const& texts, std::string_view separator = ", ");
+
+/// The number without superfluous decimals, at most `digits` of them.
+std::string decimal(double value, int digits);
+
+} // namespace tarnex::tool

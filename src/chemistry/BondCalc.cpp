@@ -4,12 +4,13 @@
 #include "chemistry/ElementTable.h"
 #include "chemistry/PerceivedBonds.h"
 #include "chemistry/ResidueKnowledge.h"
+#include "chemistry/radixSort.h"
+#include "model/Molecule.h"
 #include "model/members.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <tuple>
 
 using namespace tarnex;
 
@@ -19,15 +20,14 @@ bool isFinite(McVec3f const& p) {
     return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z);
 }
 
-BondableAtoms collectAtoms(MolObject const& object, MolTopology const& topology, McBitfield const& selected) {
+BondableAtoms collectAtoms(McDArray<McVec3f> const& coords, MolTopology const& topology, McBitfield const& selected) {
     BondableAtoms atoms;
-    object.getCoordinates(0, atoms.coords);
+    atoms.coords = coords.data;
     atoms.elements.resize(topology.levels[0]->groups.size);
     std::fill(atoms.elements.begin(), atoms.elements.end(), static_cast<unsigned char>(0));
     auto const* numbers = topology.levels[0]->integerAttribute("atomic_number", MtGroupingLevel::FIND, true);
     if (!numbers) return atoms;
-    std::int64_t const end =
-        std::min({atoms.elements.size, atoms.coords.size, static_cast<std::int64_t>(selected.size())});
+    std::int64_t const end = std::min({atoms.elements.size, coords.size, static_cast<std::int64_t>(selected.size())});
     for (int i = 0; i < end; ++i) {
         if (!selected[static_cast<unsigned long>(i)] || !isFinite(atoms.coords[i])) continue;
         atoms.elements[i] =
@@ -55,24 +55,38 @@ void finishBondedHydrogens(MolTopology const& topology, McDArray<PerceivedBond> 
     }
 }
 
+void sortByAtoms(McDArray<PerceivedBond>& bonds) {
+    radixSort(bonds, [](PerceivedBond const& bond) { return static_cast<std::uint64_t>(bond.atomA); });
+    for (PerceivedBond *begin = bonds.begin(), *end = begin; begin != bonds.end(); begin = end) {
+        while (end != bonds.end() && end->atomA == begin->atomA) ++end;
+        std::sort(begin, end, [](PerceivedBond const& a, PerceivedBond const& b) { return a.atomB < b.atomB; });
+    }
+}
+
 void addBonds(MolTopology& topology, McDArray<PerceivedBond>& bonds) {
-    std::sort(bonds.begin(), bonds.end(), [](PerceivedBond const& a, PerceivedBond const& b) {
-        return std::tie(a.atomA, a.atomB) < std::tie(b.atomA, b.atomB);
-    });
+    sortByAtoms(bonds);
     MtGroupingLevel& level = *topology.levels[1];
     MtIntegerAttribute* types = level.integerAttribute("type", MtGroupingLevel::CREATE, true);
     bool const hadBonds = level.groups.size > 0;
-    level.groups.reserve(level.groups.size + bonds.size);
+    topology.prepLevelSize(1, static_cast<int>(level.groups.size + bonds.size));
     for (PerceivedBond const& bond : bonds) {
         if (hadBonds && topology.findBond(bond.atomA, bond.atomB) >= 0) continue;
-        types->setValue(topology.addBond(new MtBond(bond.atomA, bond.atomB)).groupIx, bond.order);
+        types->setValue(topology.addBond(new (topology.groupPool) MtBond(bond.atomA, bond.atomB)).groupIx, bond.order);
     }
+}
+
+/// The coordinates of step 0, copied only if the object does not show its own.
+McDArray<McVec3f> const& coordinatesOf(MolObject const& object, McDArray<McVec3f>& copy) {
+    if (auto const* molecule = dynamic_cast<Molecule const*>(&object)) return molecule->coords;
+    object.getCoordinates(0, copy);
+    return copy;
 }
 
 bool connect(MolObject* object, McBitfield const& selected, bool byResidues) {
     MolTopology* topology = object ? object->getTopology() : nullptr;
     if (!topology) return false;
-    BondableAtoms atoms = collectAtoms(*object, *topology, selected);
+    McDArray<McVec3f> copy;
+    BondableAtoms atoms = collectAtoms(coordinatesOf(*object, copy), *topology, selected);
     ResidueKnowledge residues;
     McDArray<PerceivedBond> bonds;
     if (byResidues) residues.findTemplateBonds(*topology, atoms, bonds);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "chemistry/radixSort.h"
 #include "foundation/McDArray.h"
 
 #include <algorithm>
@@ -18,9 +19,7 @@ public:
         McDArray<Place> places;
         places.reserve(allPoints.size);
         for (std::int64_t i = 0; i < allPoints.size; ++i) places.append({cellOf(allPoints[i]), i});
-        std::sort(places.begin(), places.end(), [](Place const& a, Place const& b) {
-            return a.cell != b.cell ? a.cell < b.cell : a.point < b.point;
-        });
+        radixSort(places, [](Place const& place) { return place.cell; });
 
         points.reserve(places.size);
         cells.reserve(places.size);
@@ -36,6 +35,8 @@ public:
 
     std::int64_t size() const { return points.size; }
     Point const& operator[](std::int64_t i) const { return points[i]; }
+    Point* begin() { return points.begin(); }
+    Point* end() { return points.end(); }
 
     /// Calls `visit(i, j)` once for each pair of points in one cell or in two cells that touch: for every pair closer
     /// than the edge of a cell, and for some others.

@@ -22,6 +22,7 @@ constexpr double densestMatter = 0.5;
 constexpr double mostInSmallCell = 32.0;
 
 constexpr int notHydrogen = -1;
+constexpr int uncounted = -2;
 
 struct Site {
     float x, y, z;
@@ -61,7 +62,8 @@ public:
         McDArray<Site> const sites = collectSites();
         double const edge = 2.0 * largestRadius + tolerance;
         double const mostInCell = std::max(mostInSmallCell, densestMatter * edge * edge * edge);
-        CellGrid<Site> const grid(sites, edge, static_cast<std::int64_t>(mostInCell));
+        CellGrid<Site> grid(sites, edge, static_cast<std::int64_t>(mostInCell));
+        countHydrogens(grid);
         std::int64_t const numBefore = bonds.size;
         grid.forEachClosePair([&](std::int64_t i, std::int64_t j) { lookAt(grid[i], grid[j]); });
         dropCrowded(numBefore);
@@ -78,11 +80,18 @@ private:
             float const radius = elementTable().getElement(element)->getCovalentRadius();
             largestRadius = std::max(largestRadius, radius);
             McVec3f const& p = atoms.coords[i];
-            bool const isHydrogen = element == hydrogen;
-            sites.append({p.x, p.y, p.z, radius, i, isHydrogen ? static_cast<int>(hydrogens.size) : notHydrogen});
-            if (isHydrogen) hydrogens.append({i, {}, {}});
+            sites.append({p.x, p.y, p.z, radius, i, element == hydrogen ? uncounted : notHydrogen});
         }
         return sites;
+    }
+
+    /// In the order of the grid, so that hydrogens close in space are close in memory.
+    void countHydrogens(CellGrid<Site>& grid) {
+        for (Site& site : grid) {
+            if (site.hydrogenIx == notHydrogen) continue;
+            site.hydrogenIx = static_cast<int>(hydrogens.size);
+            hydrogens.append({site.atom, {}, {}});
+        }
     }
 
     void lookAt(Site const& a, Site const& b) {

@@ -7,9 +7,10 @@ namespace tarnex {
 
 constexpr int hydrogen = 1;
 
-/// The atoms of a molecule as bond perception sees them, by atom index.
+/// The atoms of a molecule as bond perception sees them, by atom index. The coordinates are not owned, and only those
+/// of atoms that take part are there.
 struct BondableAtoms {
-    McDArray<McVec3f> coords;
+    McVec3f const* coords = nullptr;
     /// Atomic numbers; 0 for an atom that takes no part, or no further part since it has all its bonds.
     McDArray<unsigned char> elements;
 };

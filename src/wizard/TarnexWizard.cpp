@@ -1,6 +1,10 @@
 #include "wizard/TarnexWizard.h"
 
+#include "chemistry/Resource.h"
 #include "mdl/MDLIO.h"
+#include "model/MolTrajectoryMem.h"
+#include "pdb/PDBread.h"
+#include "pdb/PDBwrite.h"
 #include "qlt/MolTrajectoryVRK.h"
 
 #include <cstdio>
@@ -71,6 +75,16 @@ Molecule* readMdlMolecule(char const* name, char const*) {
     return firstMolecule(MDLIO(nullptr, nullptr).readMDLMolTrajectoryBundle(name));
 }
 
+void readPdbBundle(char const* name, Bundle& bundle) {
+    PDBread(nullptr, nullptr).readPDBMolTrajectoryBundle(name, bundle);
+}
+
+Molecule* readPdbMolecule(char const* name, char const*) {
+    Bundle bundle;
+    readPdbBundle(name, bundle);
+    return firstMolecule(bundle);
+}
+
 Molecule* readQltMolecule(char const* name, char const*) {
     Bundle bundle;
     MolTrajectoryVRK::readBundle(name, bundle);
@@ -79,6 +93,12 @@ Molecule* readQltMolecule(char const* name, char const*) {
 
 MolTrajectory* readMdlTrajectory(char const* name, char const*, char const*) {
     return MDLIO(nullptr, nullptr).readMDLMolTrajectory(name);
+}
+
+MolTrajectory* readPdbTrajectory(char const* name, char const*, char const*) {
+    Bundle bundle;
+    readPdbBundle(name, bundle);
+    return bundle.size == 0 ? nullptr : new MolTrajectoryMem(bundle[0]);
 }
 
 /// The first trajectory outlives its bundle.
@@ -107,6 +127,7 @@ struct MoleculeReader {
 
 constexpr MoleculeReader moleculeReaders[] = {
     {Molecules::READ_MDL, readMdlMolecule},
+    {Molecules::READ_PDB, readPdbMolecule},
     {Molecules::READ_QLT, readQltMolecule},
 };
 
@@ -129,6 +150,7 @@ constexpr auto xyzTrajectory = static_cast<Trajectories>(7);
 
 constexpr TrajectoryReader trajectoryReaders[] = {
     {Trajectories::READ_MDL, readMdlTrajectory, 0},
+    {Trajectories::READ_PDB, readPdbTrajectory, 0},
     {xyzTrajectory, nullptr, 0},
     {Trajectories::READ_QLT, readQltTrajectory, 0},
 };
@@ -146,6 +168,7 @@ struct BundleReader {
 };
 
 constexpr BundleReader bundleReaders[] = {
+    {Bundles::READ_PDB, readPdbBundle},
     {Bundles::READ_QLT, readQltBundle},
 };
 
@@ -164,6 +187,23 @@ bool writeMdlTrajectory(MolTrajectory* trajectory, char const* name) {
     return MDLIO(nullptr, nullptr).writeMDLMolTrajectory(trajectory, name);
 }
 
+PDBwrite pdbWriter() {
+    return {molchem::Resource::getInstance()->residueDatabase, nullptr, nullptr};
+}
+
+bool writePdbMolecule(Molecule* molecule, char const* name) {
+    return pdbWriter().writePDBMolecule(molecule, name, false);
+}
+
+bool writePdbTrajectory(MolTrajectory* trajectory, char const* name) {
+    return pdbWriter().writePDBMolTrajectory(trajectory, name, false);
+}
+
+/// Only the first trajectory has room in the file.
+bool writePdbBundle(Bundle const& bundle, char const* name) {
+    return writePdbTrajectory(bundle.size > 0 ? static_cast<MolTrajectory*>(bundle[0]) : nullptr, name);
+}
+
 bool writeNoBundle(Bundle const&, char const*) {
     return false;
 }
@@ -176,15 +216,18 @@ struct WriterEntry {
 
 constexpr WriterEntry<TarnexWizard::WriteMolecules, Molecule*> moleculeWriters[] = {
     {TarnexWizard::WriteMolecules::WRITE_MDL, writeMdlMolecule},
+    {TarnexWizard::WriteMolecules::WRITE_PDB, writePdbMolecule},
     {TarnexWizard::WriteMolecules::WRITE_QLT, MolTrajectoryVRK::writeQLTMolecule},
 };
 
 constexpr WriterEntry<TarnexWizard::WriteTrajectories, MolTrajectory*> trajectoryWriters[] = {
     {TarnexWizard::WriteTrajectories::WRITE_MDL, writeMdlTrajectory},
+    {TarnexWizard::WriteTrajectories::WRITE_PDB, writePdbTrajectory},
     {TarnexWizard::WriteTrajectories::WRITE_QLT, MolTrajectoryVRK::writeQLTMolTrajectory},
 };
 
 constexpr WriterEntry<TarnexWizard::WriteBundles, Bundle const&> bundleWriters[] = {
+    {TarnexWizard::WriteBundles::WRITE_PDB, writePdbBundle},
     {TarnexWizard::WriteBundles::WRITE_QLT, writeNoBundle},
 };
 

@@ -33,6 +33,25 @@ std::vector<Format> const& formats() {
             .write = writeSdf,
         },
         {
+            .name = "pdb",
+            .extensions = {".pdb", ".ent"},
+            .companions = {},
+            .description = "Protein Data Bank file",
+            .keeps =
+                "elements, positions to 3 decimals, atom names, residues, chains, occupancies, temperature factors, "
+                "whole charges, helices, sheets, turns, sites, header text; models as steps",
+            .loses = "bond types, insertion codes, alternate locations other than A, the difference of ATOM and HETATM "
+                     "but for water, journal and remark text; one molecule or trajectory to a file",
+            .capacity = {.everything = false,
+                         .levels = {"residues", "chains", "strands", "secondary_structure", "sites"},
+                         .atomAttributes = {"name", "type", "atomic_number", "radius", "charge", "temperature",
+                                            "occupancy"},
+                         .bondAttributes = {},
+                         .dataItems = true},
+            .read = readPdb,
+            .write = writePdb,
+        },
+        {
             .name = "qlt",
             .extensions = {".qlt"},
             .companions = {},

@@ -1,10 +1,12 @@
 #include "facts.h"
 
 #include "chemistry/ElementTable.h"
+#include "chemistry/ResidueTemplates.h"
 #include "model/Molecule.h"
 
 #include <algorithm>
 #include <cmath>
+#include <set>
 
 namespace tarnex::tool {
 
@@ -59,13 +61,50 @@ void sumCharges(MolTopology& topology, MoleculeFacts& facts) {
     }
 }
 
+char const* nameOf(ResidueTemplate const* residue) {
+    if (!residue) return "other";
+    switch (residue->kind) {
+    case ResidueKind::peptide:
+        return "amino acid";
+    case ResidueKind::nucleotide:
+        return "nucleotide";
+    case ResidueKind::water:
+        return "water";
+    case ResidueKind::ion:
+        return "ion";
+    default:
+        return "other";
+    }
+}
+
+void countKinds(MtGroupingLevel& level, LevelFacts& facts) {
+    MtStringAttribute const* types = level.stringAttribute("type", MtGroupingLevel::FIND, true);
+    bool const areResidues = facts.name == "residues";
+    if (!types || (!areResidues && facts.name != "secondary_structure")) return;
+    for (int group = 0; group < level.groups.size; ++group) {
+        char const* type = types->getValue(group);
+        ++facts.kinds[areResidues ? nameOf(ResidueTemplates::instance().find(type)) : type];
+    }
+}
+
+void listNames(MtGroupingLevel const& level, LevelFacts& facts) {
+    if (facts.name != "chains" && facts.name != "sites") return;
+    std::set<std::string> listed;
+    for (int group = 0; group < level.groups.size; ++group) {
+        std::string const name = level.getGroupName(group);
+        if (listed.insert(name).second) facts.names.push_back(name);
+    }
+}
+
 void listLevels(MolTopology const& topology, MoleculeFacts& facts) {
     for (std::int64_t i = 0; i < topology.levels.size; ++i) {
-        MtGroupingLevel const& level = *topology.levels[i];
+        MtGroupingLevel& level = *topology.levels[i];
         LevelFacts& listed = facts.levels.emplace_back();
         listed.name = i == 0 ? "atoms" : i == 1 ? "bonds" : level.getName();
         listed.groups = level.groups.size;
         for (MtGroupAttribute const* attribute : level.attributes) listed.attributes.emplace_back(attribute->getName());
+        countKinds(level, listed);
+        listNames(level, listed);
     }
 }
 

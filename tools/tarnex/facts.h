@@ -15,6 +15,10 @@ struct LevelFacts {
     std::string name;
     long long groups;
     std::vector<std::string> attributes;
+    /// How many groups there are of each kind: residues by what they are, secondary structure by type.
+    std::map<std::string, long long> kinds;
+    /// The different names of chains and sites, in their order.
+    std::vector<std::string> names;
 };
 
 struct DataItem {

@@ -8,6 +8,9 @@ namespace tarnex::tool {
 void readSdf(FileNames const& files, Document& document, Console& console);
 void writeSdf(Bundle const& bundle, OutputFile const& output, Console& console);
 
+void readPdb(FileNames const& files, Document& document, Console& console);
+void writePdb(Bundle const& bundle, OutputFile const& output, Console& console);
+
 void readQlt(FileNames const& files, Document& document, Console& console);
 void writeQlt(Bundle const& bundle, OutputFile const& output, Console& console);
 

@@ -45,7 +45,11 @@ Json jsonOf(MoleculeFacts const& facts) {
     if (facts.box) json["boundingBox"] = {{"low", jsonOf(facts.box->low)}, {"high", jsonOf(facts.box->high)}};
     json["levels"] = Json::array();
     for (LevelFacts const& level : facts.levels) {
-        json["levels"].push_back({{"name", level.name}, {"groups", level.groups}, {"attributes", level.attributes}});
+        json["levels"].push_back({{"name", level.name},
+                                  {"groups", level.groups},
+                                  {"attributes", level.attributes},
+                                  {"kinds", level.kinds},
+                                  {"names", level.names}});
     }
     json["data"] = Json::array();
     for (DataItem const& item : facts.data) json["data"].push_back(jsonOf(item));

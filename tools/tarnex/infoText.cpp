@@ -52,6 +52,20 @@ std::string describeBox(BoundingBox const& box) {
     return joined({range(0), range(1), range(2)}) + " Angstrom";
 }
 
+std::string describeLevel(LevelFacts const& level, bool all) {
+    std::vector<std::string> details;
+    for (auto const& [kind, count] : level.kinds) details.push_back(std::to_string(count) + " " + printable(kind));
+    for (std::string const& name : level.names) {
+        if (!all && details.size() == shownItems) {
+            details.emplace_back("...");
+            break;
+        }
+        details.push_back(printable(name));
+    }
+    std::string const text = std::to_string(level.groups) + " " + printable(level.name);
+    return details.empty() ? text : text + " (" + joined(details) + ")";
+}
+
 void printData(std::vector<DataItem> const& data, bool all) {
     char const* title = "data";
     for (std::size_t i = 0; i < data.size(); ++i) {
@@ -75,8 +89,7 @@ void printMolecule(std::size_t number, MoleculeFacts const& facts, bool all) {
     if (facts.partialCharge) printLine("partial", "charges add up to " + decimal(*facts.partialCharge, 4));
     if (facts.implicitHydrogens) printLine("implicit", counted(*facts.implicitHydrogens, "hydrogen"));
     for (std::size_t i = 2; i < facts.levels.size(); ++i) {
-        printLine(i == 2 ? "levels" : "",
-                  std::to_string(facts.levels[i].groups) + " " + printable(facts.levels[i].name));
+        printLine(i == 2 ? "levels" : "", describeLevel(facts.levels[i], all));
     }
     if (facts.box) printLine("extent", describeBox(*facts.box));
     printData(facts.data, all);

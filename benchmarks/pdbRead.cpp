@@ -1,0 +1,174 @@
+/// PDB: generated proteins in water, whose serial numbers start again behind 99,999 and whose residue numbers do behind
+/// 9,999, and 200 models of 5,000 atoms.
+
+#include "pdb/PDBread.h"
+
+#include "bareLoop.h"
+#include "chemistry/BondCalc.h"
+#include "scratch.h"
+#include "solvatedProtein.h"
+
+#include <benchmark/benchmark.h>
+#include <map>
+
+namespace {
+
+using Bundle = McDArray<McHandle<MolTrajectory>>;
+
+constexpr int coordinateColumn = 30;
+constexpr int coordinateWidth = 8;
+constexpr int numModels = 200;
+constexpr int modelAtoms = 5000;
+
+bool isAtomLine(char const* begin, char const* end) {
+    return end - begin >= 54 && (std::memcmp(begin, "ATOM  ", 6) == 0 || std::memcmp(begin, "HETATM", 6) == 0);
+}
+
+struct AtomsInFile {
+    std::string name;
+    int numAtoms;
+    int numResidues;
+    int numBonds;
+};
+
+/// Chains are A to Z over and over, each with its TER; the waters are in chain W.
+class PdbText {
+public:
+    PdbText(FILE* stream, Molecule& moleculeToWrite) : file(stream), molecule(moleculeToWrite) {}
+
+    /// Adds `shift` to all coordinates.
+    void write(float shift) {
+        MolTopology* topology = molecule.getTopology();
+        for (MtGroup* group : topology->getLevel(topology->getLevelIx("residues"))->groups) {
+            auto const& residue = static_cast<MtIntraLevelRange const&>(*group);
+            bool const isWater = residue.size() == generated::waterAtoms;
+            for (int i = residue.first; i <= residue.last; ++i) writeAtom(i, isWater, shift);
+            ++residues;
+            if (!isWater && residues % generated::residuesPerChain == 0) std::fputs("TER\n", file);
+        }
+    }
+
+private:
+    void writeAtom(int atom, bool isWater, float shift) {
+        MtGroupingLevel* level = molecule.getTopology()->getLevel(0);
+        char const* type = level->stringAttribute("type", MtGroupingLevel::FIND, true)->getValue(atom);
+        McVec3f const& place = molecule.coords[atom];
+        int const chain = residues / generated::residuesPerChain;
+        std::fprintf(file, "%s%5d  %-3s %s %c%4d    %8.3f%8.3f%8.3f  1.00 20.00          %2c  \n",
+                     isWater ? "HETATM" : "ATOM  ", (atom + 1) % 100000, type, isWater ? "HOH" : "ALA",
+                     isWater ? 'W' : static_cast<char>('A' + chain % 26), (residues + 1) % 10000,
+                     static_cast<double>(place.x + shift), static_cast<double>(place.y + shift),
+                     static_cast<double>(place.z + shift), *type);
+    }
+
+    FILE* file;
+    Molecule& molecule;
+    int residues = 0;
+};
+
+AtomsInFile const& inputFile(int numAtoms) {
+    static std::map<int, AtomsInFile> files;
+    auto const found = files.find(numAtoms);
+    if (found != files.end()) return found->second;
+    generated::SolvatedProtein protein(numAtoms);
+    auto const molecule = protein.takeMolecule();
+    MolTopology* topology = molecule->getTopology();
+    std::string const name = scratch::generate("solvated" + std::to_string(numAtoms) + ".pdb",
+                                               [&](FILE* file) { PdbText(file, *molecule).write(0.0F); });
+    auto const numResidues = topology->getLevel(topology->getLevelIx("residues"))->groups.size;
+    return files[numAtoms] = {name, molecule->getNumAtoms(), static_cast<int>(numResidues), protein.numBonds};
+}
+
+char const* modelsFile() {
+    static std::string const name = scratch::generate("models.pdb", [](FILE* file) {
+        auto const molecule = generated::SolvatedProtein(modelAtoms).takeMolecule();
+        for (int i = 0; i < numModels; ++i) {
+            std::fprintf(file, "MODEL     %4d\n", i + 1);
+            PdbText(file, *molecule).write(0.01F * static_cast<float>(i));
+            std::fputs("ENDMDL\n", file);
+        }
+    });
+    return name.c_str();
+}
+
+Bundle read(char const* name) {
+    Bundle bundle;
+    PDBread(nullptr, nullptr).readPDBMolTrajectoryBundle(name, bundle);
+    return bundle;
+}
+
+void PdbReadLimit(benchmark::State& state) {
+    AtomsInFile const& file = inputFile(static_cast<int>(state.range(0)));
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(
+            bare::readCoordinates(file.name.c_str(), coordinateColumn, coordinateWidth, isAtomLine));
+    }
+}
+BENCHMARK(PdbReadLimit)->Arg(100000)->Arg(300000)->Arg(1000000)->Unit(benchmark::kMillisecond);
+
+void PdbReadWithPerception(benchmark::State& state) {
+    AtomsInFile const& file = inputFile(static_cast<int>(state.range(0)));
+    for (auto _ : state) {
+        Bundle const bundle = read(file.name.c_str());
+        state.PauseTiming();
+        if (bundle.size != 1) return state.SkipWithError("not read");
+        auto const& levels = bundle[0]->getTopology()->levels;
+        if (levels[0]->groups.size != file.numAtoms) state.SkipWithError("wrong atoms");
+        if (levels[1]->groups.size != file.numBonds) state.SkipWithError("wrong bonds");
+        if (levels[2]->groups.size != file.numResidues) state.SkipWithError("wrong residues");
+        const_cast<Bundle&>(bundle).clear();
+        state.ResumeTiming();
+    }
+}
+BENCHMARK(PdbReadWithPerception)->Arg(100000)->Arg(300000)->Arg(1000000)->Unit(benchmark::kMillisecond);
+
+/// What bond perception takes of the above, which is the rest of scan and parse.
+void PdbPerceptionAlone(benchmark::State& state) {
+    AtomsInFile const& file = inputFile(static_cast<int>(state.range(0)));
+    Bundle bundle = read(file.name.c_str());
+    Molecule molecule(bundle[0]->getTopology(), false);
+    bundle[0]->getTimeStep(0, &molecule);
+    bundle.clear();
+    MtGroupingLevel* bonds = molecule.getTopology()->levels[1];
+    McBitfield allAtoms(static_cast<unsigned long>(molecule.getNumAtoms()), McBitfield::CLEARED);
+    allAtoms.setAll();
+    for (auto _ : state) {
+        state.PauseTiming();
+        for (MtGroup* bond : bonds->groups) delete bond;
+        bonds->groups.clear();
+        state.ResumeTiming();
+        BondCalc::standardConnectSelection(&molecule, allAtoms);
+        if (bonds->groups.size != file.numBonds) state.SkipWithError("wrong bonds");
+    }
+}
+BENCHMARK(PdbPerceptionAlone)->Arg(100000)->Arg(300000)->Arg(1000000)->Unit(benchmark::kMillisecond);
+
+void PdbModelsLimit(benchmark::State& state) {
+    char const* name = modelsFile();
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(bare::readCoordinates(name, coordinateColumn, coordinateWidth, isAtomLine));
+    }
+}
+BENCHMARK(PdbModelsLimit)->Unit(benchmark::kMillisecond);
+
+void PdbOpenModels(benchmark::State& state) {
+    char const* name = modelsFile();
+    for (auto _ : state) {
+        Bundle const bundle = read(name);
+        if (bundle.size != 1 || bundle[0]->getNumTimeSteps() != numModels) state.SkipWithError("not read");
+    }
+}
+BENCHMARK(PdbOpenModels)->Unit(benchmark::kMillisecond);
+
+void PdbReadModels(benchmark::State& state) {
+    Bundle const bundle = read(modelsFile());
+    Molecule molecule(bundle[0]->getTopology(), false);
+    for (auto _ : state) {
+        for (int i = 0; i < numModels; ++i) {
+            if (!bundle[0]->getTimeStep(i, &molecule)) state.SkipWithError("a model is missing");
+        }
+    }
+}
+BENCHMARK(PdbReadModels)->Unit(benchmark::kMillisecond);
+
+} // namespace

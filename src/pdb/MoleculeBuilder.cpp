@@ -1,0 +1,216 @@
+#include "pdb/MoleculeBuilder.h"
+
+#include "chemistry/ElementTable.h"
+#include "pdb/identifiers.h"
+
+#include <algorithm>
+#include <string_view>
+
+namespace tarnex::pdb {
+
+namespace {
+
+constexpr auto CREATE = MtGroupingLevel::CREATE;
+constexpr int levelKind = 12;
+constexpr int levelReserved = -1;
+constexpr int bondType = 1;
+
+/// Iodine. Guessed from the atom name, heavier elements are less likely than the element of the second letter.
+constexpr int heaviestGuess = 53;
+
+bool isUpperCase(char c) {
+    return c >= 'A' && c <= 'Z';
+}
+
+bool isLetter(char c) {
+    return isUpperCase(c) || (c >= 'a' && c <= 'z');
+}
+
+bool isKnown(molchem::Element const* element) {
+    return element->getAtomicNumber() > 0;
+}
+
+void copyWithoutDigits(FieldText const& text, char* out) {
+    for (char const* c = text.c_str(); *c; ++c) {
+        if (*c < '0' || *c > '9') *out++ = *c;
+    }
+    *out = '\0';
+}
+
+/// By the element columns or, where they have none, by the atom name: its first half, then only the second letter of
+/// that, then the first letter of the other half.
+molchem::Element const* findElement(AtomLine const& line) {
+    molchem::ElementTable const& table = elementTable();
+    bool const guessed = !isUpperCase(line.element[0]);
+    char guess[sizeof(FieldText)];
+    if (guessed) copyWithoutDigits(line.nameStart, guess);
+    char const* symbol = guessed ? guess : line.element.c_str();
+    if (symbol[0] == 'A' && symbol[1] == '\0') symbol = "C"; // aromatic carbon of some programs
+
+    molchem::Element const* element = table.getElement(symbol, false);
+    if (*symbol && (!isKnown(element) || (guessed && element->getAtomicNumber() > heaviestGuess))) {
+        molchem::Element const* second = table.getElement(symbol + 1, false);
+        bool const isLikely = isKnown(second) && second->getAtomicNumber() <= heaviestGuess;
+        if (isLikely || !isKnown(element)) element = second;
+    }
+    if (isKnown(element)) return element;
+    char const nameEnd[] = {line.nameEnd[0], '\0'};
+    return table.getElement(nameEnd, false);
+}
+
+/// A digit ahead of its sign; other texts are no charge.
+float chargeOf(FieldText const& text) {
+    bool const isNegative = text[1] == '-';
+    if (text[0] == '\0' || (!isNegative && text[1] != '+')) return 0.0F;
+    auto const charge = static_cast<float>(parseDouble({text.c_str(), 1}));
+    return isNegative ? -charge : charge;
+}
+
+} // namespace
+
+void SerialTable::set(int serial, int atom) {
+    static_assert(AtomLine::serialColumns.width() == 5);
+    std::int64_t const place = std::int64_t{serial} - lowest;
+    std::int64_t const known = atoms.size;
+    if (place >= known) {
+        atoms.resize(place + 1);
+        std::fill(atoms.begin() + known, atoms.end(), -1);
+    }
+    atoms[place] = atom;
+}
+
+int SerialTable::atomOf(int serial) const {
+    std::int64_t const place = std::int64_t{serial} - lowest;
+    return place < atoms.size ? atoms[place] : -1;
+}
+
+MoleculeBuilder::MoleculeBuilder(Molecule& moleculeToFill)
+    : molecule(moleculeToFill), topology(*moleculeToFill.getTopology()) {
+    makeAtomAttributes();
+    makeResidueAttributes();
+}
+
+void MoleculeBuilder::makeAtomAttributes() {
+    MtGroupingLevel* atoms = topology.getLevel(0);
+    atoms->clearFlag(MtGroupingLevel::flagBit5);
+    atomNames = atoms->stringAttribute("name", CREATE, true);
+    atomTypes = atoms->stringAttribute("type", CREATE, true);
+    atomicNumbers = atoms->integerAttribute("atomic_number", CREATE, true);
+    radii = atoms->floatAttribute("radius", CREATE, true);
+    charges = atoms->floatAttribute("charge", CREATE, true);
+    temperatures = atoms->floatAttribute("temperature", CREATE, true);
+    occupancies = atoms->floatAttribute("occupancy", CREATE, true);
+
+    MtGroupingLevel* bonds = topology.getLevel(1);
+    bonds->clearFlag(MtGroupingLevel::flagBit5);
+    bonds->clearFlag(MtGroupingLevel::flagBit0);
+    bondTypes = bonds->integerAttribute("type", CREATE, true);
+}
+
+void MoleculeBuilder::makeResidueAttributes() {
+    residuesIx = topology.addLevel("residues", 0, levelKind, levelReserved);
+    MtGroupingLevel* residues = topology.getLevel(residuesIx);
+    residues->clearFlag(MtGroupingLevel::flagBit5);
+    residues->setFlag(MtGroupingLevel::segmentation);
+    residueNames = residues->stringAttribute("name", CREATE, true);
+    residueTypes = residues->stringAttribute("type", CREATE, true);
+    residueNumbers = residues->integerAttribute("pdb_index", CREATE, true);
+
+    chainsIx = topology.addLevel("chains", residuesIx, levelKind, levelReserved);
+    MtGroupingLevel* chains = topology.getLevel(chainsIx);
+    chains->clearFlag(MtGroupingLevel::flagBit5);
+    chains->setFlag(MtGroupingLevel::segmentation);
+    chainNames = chains->stringAttribute("name", CREATE, true);
+}
+
+void MoleculeBuilder::expectAtoms(std::int64_t numAtoms) {
+    topology.prepLevelSize(0, static_cast<int>(numAtoms));
+    molecule.coords.reserve(numAtoms);
+}
+
+void MoleculeBuilder::addAtom(AtomLine const& line, bool isHet) {
+    if (isLetter(line.location[0]) && line.location[0] != 'A') return;
+    bool const isUnnamed = isInUnnamedChain(line.chain.c_str(), isHet);
+    FieldText const nameOfChain = isUnnamed ? FieldText(packed(unnamedChain)) : line.chain;
+    bool const hasChain = nameOfChain[0] != '\0';
+    if (hasChain) enterChain(nameOfChain, isHet);
+
+    molecule.coords.append(line.position);
+    int const atom = topology.addGroup(0, new (topology.groupPool) MtAtom).groupIx;
+    setAtomAttributes(line, atom, nameOfChain);
+    atomOfSerial.set(line.serial, atom);
+    enterResidue(line, atom, nameOfChain, isHet);
+    lastAtomHasChain = hasChain;
+}
+
+/// A name that comes back behind another chain, or behind atoms without chain, is that of a new chain. So only the
+/// newest chain can go on.
+void MoleculeBuilder::enterChain(FieldText const& name, bool isHet) {
+    bool const isSplit = terSeen && !isHet;
+    if (lastAtomHasChain && !isSplit && name == chainName) return;
+    chain = new (topology.groupPool) MtIntraLevelRange(residuesIx, 0, 0);
+    chainNames->setValue(topology.addGroup(chainsIx, chain).groupIx, name.c_str());
+    chainName = name;
+    newChainPending = true;
+    terSeen = false;
+}
+
+void MoleculeBuilder::setAtomAttributes(AtomLine const& line, int atom, FieldText const& nameOfChain) {
+    // The texts are put together first, since what was just written in pieces is slow to read as a whole.
+    char name[nameRoom];
+    char type[nameRoom];
+    *putInt(put(name, nameOfChain), line.serial) = '\0';
+    *put(put(type, line.nameStart), line.nameEnd) = '\0';
+    molchem::Element const* element = findElement(line);
+    atomicNumbers->setValue(atom, element->getAtomicNumber());
+    radii->setValue(atom, element->getRadius());
+    charges->setValue(atom, chargeOf(line.charge));
+    temperatures->setValue(atom, line.temperature);
+    occupancies->setValue(atom, line.occupancy);
+    atomNames->setValue(atom, name);
+    atomTypes->setValue(atom, type);
+}
+
+/// An id that comes back behind another residue is that of a new residue. So only the newest residue can go on, and new
+/// ones stand behind all others: the chain that they go into is the newest one, and whatever was added behind its last
+/// residue is in no chain and has ended it.
+void MoleculeBuilder::enterResidue(AtomLine const& line, int atom, FieldText const& nameOfChain, bool isHet) {
+    ResidueKey const key{nameOfChain, line.residueNumber, line.insertionCode, isHet};
+    if (!residue || !(key == residueKey)) {
+        residueKey = key;
+        char id[nameRoom];
+        putResidueId(id, nameOfChain, line.residueNumber, line.insertionCode, isHet);
+        // Different keys can make the same id: HETATM number 31 without chain, and number 1 of chain 3.
+        if (!residue || std::strcmp(id, residueId) != 0) {
+            std::strcpy(residueId, id);
+            startResidue(line, atom, nameOfChain[0] != '\0');
+        }
+    }
+    residue->last = atom;
+}
+
+void MoleculeBuilder::startResidue(AtomLine const& line, int atom, bool hasChain) {
+    residue = new (topology.groupPool) MtIntraLevelRange(0, atom, atom);
+    int const ix = topology.addGroup(residuesIx, residue).groupIx;
+    residueTypes->setValue(ix, line.residueType.c_str());
+    residueNames->setValue(ix, residueId);
+    residueNumbers->setValue(ix, line.residueNumber);
+    if (!hasChain) return;
+    if (newChainPending) chain->first = ix;
+    chain->last = ix;
+    newChainPending = false;
+}
+
+void MoleculeBuilder::addBonds(ConectLine const& line) {
+    int const atom = atomOfSerial.atomOf(line.serial);
+    if (atom < 0) return;
+    for (int const serial : line.partners) {
+        if (serial <= 0) continue;
+        int const partner = atomOfSerial.atomOf(serial);
+        if (partner < 0 || topology.findBond(atom, partner) >= 0) continue;
+        int const bond = topology.addBond(new (topology.groupPool) MtBond(atom, partner)).groupIx;
+        bondTypes->setValue(bond, bondType);
+    }
+}
+
+} // namespace tarnex::pdb

@@ -1,0 +1,97 @@
+/// The reader decides what residue and chain an atom joins without a search, and takes the columns of a line as a
+/// whole. Random files show that nothing differs from the plain way.
+
+#include "model/MolTrajectoryMem.h"
+#include "slowPDBReader.h"
+#include "support/compareTopologies.h"
+#include "support/files.h"
+
+#include <bit>
+#include <random>
+
+namespace {
+
+using namespace tarnex::test;
+
+/// Files with few chains and numbers, so that they come back and collide, and with lines of all lengths.
+class RandomPDB {
+public:
+    explicit RandomPDB(unsigned seed) : random(seed) {}
+
+    std::string file() {
+        std::string text;
+        for (auto i = upTo(120) + 1; i > 0; --i) text += line() + lineEnd();
+        for (auto i = upTo(30) + 1; i > 0; --i) text += conect() + lineEnd();
+        return text.substr(0, text.size() - upTo(3));
+    }
+
+private:
+    std::size_t upTo(std::size_t largest) { return random() % (largest + 1); }
+    bool rarely() { return upTo(20) == 0; }
+    std::string oneOf(std::vector<std::string> const& texts) { return texts[upTo(texts.size() - 1)]; }
+    std::string number(int width, std::size_t largest) {
+        std::string const text = std::to_string(upTo(largest));
+        return std::string(static_cast<std::size_t>(width) - text.size(), ' ') + text;
+    }
+    std::string real(int width, int decimals) {
+        if (rarely())
+            return oneOf({"        ", "   x    ", " -.5    ", "12345678", "-1.23e1 ", "       .", "+1.00000"})
+                .substr(0, std::size_t(width));
+        char text[32];
+        std::snprintf(text, sizeof text, "%*.*f", width, decimals,
+                      static_cast<double>(random() % 200000) / 1000.0 - 99.0);
+        return text;
+    }
+    std::string lineEnd() { return rarely() ? oneOf({"\r\n", "\r", "\n\n", "\n\r"}) : "\n"; }
+
+    std::string line() {
+        if (upTo(8) == 0)
+            return oneOf({"TER", "TER   ", "END", "REMARK 1", "ANISOU    1", "", "ENDMDL", "ATOMS", "   TER"});
+        std::string text = oneOf({"ATOM  ", "ATOM  ", "HETATM", " ATOM "}) + number(5, 60) + " ";
+        text += oneOf({" CA ", " N  ", "1HB2", "CA  ", "FE  ", "HG  ", " H 1", "    ", "CS  ", "9A  ", "Xx C", "A   "});
+        text += oneOf({" ", " ", " ", "A", "B", "1", "a"}) + oneOf({"ALA", "HOH", "  U", "G  ", "   "}) + " ";
+        text += oneOf({"A", "A", "B", "1", "3", " "}) + number(4, 32) + oneOf({" ", " ", " ", "A", "1"}) + "   ";
+        text += real(8, 3) + real(8, 3) + real(8, 3) + real(6, 2) + real(6, 2) + "      SEGM";
+        text += oneOf({" C", "FE", " A", "  ", "Cl", "XX", "QC", " 1", "h "}) +
+                oneOf({"  ", "2+", "1-", "+1", "0-", " -", "2 "});
+        if (rarely()) text.resize(upTo(text.size()));
+        if (rarely() && !text.empty()) text[upTo(text.size() - 1)] = "\t\0x \n\x80"[upTo(5)];
+        return rarely() ? text + std::string(upTo(2000), 'z') : text;
+    }
+
+    std::string conect() {
+        std::string text = rarely() ? "HYDBND" : "CONECT";
+        for (std::size_t i = upTo(6); i > 0; --i) text += rarely() ? "    -" : number(5, 70);
+        return text;
+    }
+
+    std::mt19937 random;
+};
+
+TEST(PDBreadReference, RandomFiles) {
+    int numAtoms = 0;
+    int numBonds = 0;
+    for (unsigned seed = 0; seed < 300; ++seed) {
+        SCOPED_TRACE(seed);
+        std::string const path = writeFile("random.pdb", RandomPDB(seed).file());
+        SlowPDBReader slow(path.c_str());
+        McDArray<McHandle<MolTrajectory>> bundle;
+        if (PDBread(nullptr, nullptr).readPDBMolTrajectoryBundle(path.c_str(), bundle) == 0) {
+            EXPECT_EQ(slow.molecule.getNumAtoms(), 0);
+            continue;
+        }
+        ASSERT_EQ(compareTopologies(*slow.molecule.getTopology(), *bundle[0]->getTopology()), "");
+        Molecule molecule(bundle[0]->getTopology(), false);
+        ASSERT_TRUE(bundle[0]->getTimeStep(0, &molecule));
+        ASSERT_EQ(molecule.coords.size, slow.molecule.coords.size);
+        ASSERT_EQ(std::memcmp(molecule.coords.data, slow.molecule.coords.data,
+                              static_cast<std::size_t>(molecule.coords.size) * sizeof(McVec3f)),
+                  0);
+        numAtoms += molecule.getNumAtoms();
+        numBonds += static_cast<int>(molecule.getTopology()->getLevel(1)->groups.size);
+    }
+    EXPECT_GT(numAtoms, 10000);
+    EXPECT_GT(numBonds, 1000);
+}
+
+} // namespace

@@ -1,0 +1,339 @@
+#include "PDBwriteSamples.h"
+
+#include <cmath>
+#include <cstdio>
+#include <limits>
+#include <random>
+#include <sstream>
+
+namespace {
+
+using namespace tarnex::test;
+
+/// The text that `write(PDBwrite&, writer&)` writes.
+template <class Write>
+std::string recordsOf(Write&& write, std::ostream* messages = nullptr) {
+    std::string const path = scratchPath("records.pdb");
+    {
+        writer out(path.c_str());
+        PDBwrite pdb(residueDatabase(), messages, nullptr);
+        write(pdb, out);
+    }
+    return readFile(path);
+}
+
+/// Tables as a caller may hand them over: all residues of the ATOM class.
+struct Tables {
+    explicit Tables(PdbSample& sample) : info(sample.topology) {
+        PDBwrite pdb(residueDatabase(), nullptr, nullptr);
+        pdb.generateResidueData2(info, sample.topology, residueOrder, numbers, chains, structure);
+        for (auto* table : {&atomOrder, &serials, &residues}) table->resize(info.atoms->groups.size);
+        pdb.generateAtomData1(info, residueOrder, atomOrder, serials, residues);
+        pdb.generateAtomData2(info, inChain);
+        het.resize(static_cast<unsigned long>(numbers.size), McBitfield::CLEARED);
+    }
+    std::string atoms(Molecule const& molecule, bool chargeColumn = false, std::ostream* messages = nullptr) {
+        auto const write = [&](PDBwrite& pdb, writer& out) {
+            pdb.writeAtomRecords(out, info, molecule.coords.data, inChain, het, atomOrder, residues, serials, numbers,
+                                 chains, numAtom, numTer, chargeColumn);
+        };
+        return recordsOf(write, messages);
+    }
+    std::string secondaryStructure() {
+        return recordsOf([&](PDBwrite& pdb, writer& out) {
+            pdb.writeSecStructRecords(out, info, structure, numbers, chains, numHelix, numSheet, numTurn);
+        });
+    }
+
+    molInfo info;
+    McBitfield het, inChain;
+    McDArray<int> residueOrder, numbers, chains, atomOrder, serials, residues;
+    McDArray<McDArray<PDBwrite::secInfo>> structure;
+    int numAtom = 0, numTer = 0, numHelix = 0, numSheet = 0, numTurn = 0;
+};
+
+TEST(PDBwriteRecords, HeaderLines) {
+    auto const header = [](char const* text) {
+        return recordsOf([&](PDBwrite&, writer& out) { writeHeaderRecord(out, "TITLE", text); });
+    };
+    EXPECT_EQ(header("no line end"), "");
+    EXPECT_EQ(header(""), "");
+    EXPECT_EQ(header("    A\n    B\r\n"), cards({"TITLE     A", "TITLE     B", "TITLE"}));
+    EXPECT_EQ(header((std::string(74, 'x') + "y\n").c_str()), "TITLE " + std::string(74, 'x') + "\n");
+}
+
+TEST(PDBwriteRecords, ChainTexts) {
+    PdbSample p;
+    p.addResidue("ALA", 1);
+    auto const textOf = [&](int chain, bool isNone) {
+        char text[4];
+        EXPECT_EQ(PDBwrite(residueDatabase(), nullptr, nullptr).chainIdConversion(molInfo(p.topology), chain, text),
+                  isNone);
+        return std::string(text);
+    };
+    EXPECT_EQ(textOf(12345, false), "123"); // without chains it is the index
+    for (char const* name : {"A", "LONG", "NIL", "HET", "HETX", ""}) p.addChain(name, 0, 0);
+    EXPECT_EQ(textOf(0, false), "A");
+    EXPECT_EQ(textOf(1, false), "LON");
+    EXPECT_EQ(textOf(2, false), "");
+    EXPECT_EQ(textOf(3, true), "");
+    EXPECT_EQ(textOf(4, true), ""); // cut ahead of the comparison
+    EXPECT_EQ(textOf(5, false), "");
+}
+
+TEST(PDBwriteRecords, SequenceLines) {
+    PdbSample p;
+    for (int i = 0; i < 13 * 100; ++i) p.addResidue(i == 1 ? "LONG" : "ALA", 1);
+    p.addChain("A", 0, 12);
+    p.addChain("BC", 13, 26); // two letters leave nothing in one column
+    p.addChain("C", 0, 1299);
+    Tables tables(p);
+    for (unsigned long i = 27; i < 30; ++i) tables.het.set(i);
+    int numSeqRes = 0;
+    std::string const records =
+        recordsOf([&](PDBwrite& pdb, writer& out) { pdb.writeSeqResRecords(out, tables.info, tables.het, numSeqRes); });
+    std::string const sevenTypes = " ALA ALA ALA ALA ALA ALA ALA";
+    std::string const line = "SEQRES   1 A   13  ALA LO ALA ALA ALA ALA" + sevenTypes;
+    EXPECT_EQ(records.substr(0, 80 + 80 + 80),
+              cards({(line + "          |").c_str(),
+                     ("SEQRES   1    14  ALA ALA ALA ALA ALA ALA" + sevenTypes + "          |").c_str(),
+                     ("SEQRES   2    14  ALA" + std::string(58, ' ') + "|").c_str()}));
+    EXPECT_EQ(numSeqRes, 1 + 2 + 100);
+    EXPECT_NE(records.find("SEQRES  99 C 1297"), std::string::npos);
+    std::string const last = "SEQRES  1 C 1297  ALA ALA ALA" + sevenTypes + std::string(22, ' ') + "\n"; // serial 100
+    EXPECT_EQ(records.substr(records.size() - last.size()), last);
+}
+
+TEST(PDBwriteRecords, StructureLimitsAndMissingEnds) {
+    PdbSample p;
+    for (int i = 0; i < 6; ++i) p.addResidue("ALA", i < 3 ? 3 * i : 9998 + i);
+    p.addChain("A", 0, 5);
+    p.addElement("helix", "LONG", {4, 5});
+    p.addElement("turn", "T", {0, 1});
+    p.addElementOf("sheet", "S", p.strandsIx(), {p.addStrand(0, 1), p.addStrand(3, 3)});
+    p.addElement("unknown", "U", {0});
+    Tables tables(p);
+    tables.numHelix = 999;
+    EXPECT_EQ(tables.secondaryStructure(),
+              cards({"HELIX  10 LO ALA A 100  ALA A 100  1                                   1    |",
+                     "TURN     1   T ALA A   1  ALA A   1", "TURN     2   T ALA A   1  ALA A   1",
+                     "TURN     3   T ALA A   1  ALA A   1", "SHEET    1   S 0 ALA A   1  ALA A   1",
+                     "SHEET    2   S 0 ALA A   3  ALA A   1", "SHEET    3   S 0 ALA A   3  ALA A   3",
+                     "SHEET    4   S 0 ALA A100  ALA A100                                           |",
+                     "SHEET    5   S 0 UNK     0  UNK        0                                           |",
+                     "SHEET    6   S 0 UNK     0  UNK        0                                           |"}));
+    EXPECT_EQ(tables.numSheet, 6);
+
+    for (auto& element : tables.structure) {
+        for (auto& part : element) part.end[0] = -1;
+    }
+    tables.numHelix = tables.numTurn = 0;
+    EXPECT_EQ(tables.secondaryStructure().substr(0, 161),
+              cards({"HELIX    1 LO UNK      0  UNK      0  1                                  -5    |",
+                     "TURN     1   T UNK     0  UNK 0"}));
+}
+
+TEST(PDBwriteRecords, SheetWithoutTypesOfResidues) {
+    PdbSample p;
+    p.addAtom("C", 6);
+    p.topology->addGroup(p.residuesIx(), new MtIntraLevelRange(0, 0, 0));
+    p.addElement("sheet", "S", {0});
+    EXPECT_EQ(Tables(p).secondaryStructure(), "SHEET    1   S 0         1         1" + std::string(43, ' ') + "\n");
+}
+
+TEST(PDBwriteRecords, SitesPassOverOtherMembers) {
+    PdbSample p;
+    p.addResidue("ALA", 12345);
+    p.addResidue("G", 7);
+    p.addChain("A", 1, 1);
+    p.addSite("S1", {1, 99, -1, 0});
+    auto* site = dynamic_cast<MtDynamicGroup*>(p.topology->getLevel(p.topology->getLevelIx("sites"))->groups[0]);
+    site->members.append(MtGroupRef(0, 0));
+    Tables tables(p);
+    int numSite = 0;
+    EXPECT_EQ(recordsOf([&](PDBwrite& pdb, writer& out) {
+                  pdb.writeSiteRecords(out, tables.info, tables.numbers, tables.chains, numSite);
+              }),
+              cards({"SITE     1  S1  2   G A   7  ALA  123                                          |"}));
+    EXPECT_EQ(numSite, 1);
+}
+
+TEST(PDBwriteRecords, SulfurBonds) {
+    PdbSample p;
+    for (int i = 0; i < 3; ++i) p.addAtom("SG", 16);
+    p.topology->addGroup(p.residuesIx(), new MtIntraLevelRange(0, 0, 0));
+    p.topology->addGroup(p.residuesIx(), new MtIntraLevelRange(0, 1, 1));
+    p.text(p.residuesIx(), "type", 0, "CYSX");
+    p.text(p.residuesIx(), "type", 1, "CYS");
+    p.addChain("A", 0, 0);
+    p.addBond(0, 1);
+    p.addBond(2, 1);
+    Tables tables(p);
+    McDArray<int> bonds(2);
+    bonds[0] = 0;
+    bonds[1] = 1;
+    int numSsBond = 0;
+    tables.numbers[0] = 77;
+    EXPECT_EQ(recordsOf([&](PDBwrite& pdb, writer& out) {
+                  pdb.writeSSBondRecords(out, tables.info, bonds, tables.residues, tables.chains, tables.numbers,
+                                         numSsBond);
+              }),
+              cards({"SSBOND   1 CYS A   77    CYS      1", "SSBOND   2 UNK     77    CYS      1"}));
+    EXPECT_EQ(numSsBond, 2);
+}
+
+TEST(PDBwriteRecords, ConectAndMasterCutTheirNumbers) {
+    McDArray<int> serials(16);
+    for (int i = 0; i < 16; ++i) serials[i] = i + 1;
+    serials[1] = 100000;
+    McDArray<McDArray<int>> bonded(16);
+    bonded[0].append(1);
+    for (int i = 0; i < 14; ++i) bonded[15].append(i == 1 ? 2 : i);
+    int numConect = 0;
+    EXPECT_EQ(recordsOf([&](PDBwrite& pdb, writer& out) {
+                  pdb.writeConectRecords(out, serials, bonded, numConect);
+                  pdb.writeMasterRecord(out, 1, 2, 3, 4, 100000, 6, numConect, 8);
+              }),
+              cards({"CONECT    11000                                                                |",
+                     "CONECT   16    1    3    3    4    5    6    7    8    9   10   11   12   13   14|",
+                     "MASTER        0    0    0    1    2    3    4    01000    6    2    8          |", "END"}));
+}
+
+TEST(PDBwriteRecords, AtomNames) {
+    auto const nameOf = [](char const* type, int atomicNumber) {
+        PdbSample p;
+        p.addAtom(type, atomicNumber);
+        return Tables(p).atoms(*p.molecule).substr(12, 4);
+    };
+    EXPECT_EQ(nameOf("CA", 6), " CA ");
+    EXPECT_EQ(nameOf("CA", 20), "CaA ");
+    EXPECT_EQ(nameOf("Ca", 20), "Ca  ");
+    EXPECT_EQ(nameOf("1HG2", 1), "1HG2");
+    EXPECT_EQ(nameOf("9Clxyz", 17), "9Clx");
+    EXPECT_EQ(nameOf("12", 6), "1C2 ");
+    EXPECT_EQ(nameOf("1", 6), "1C  ");
+    EXPECT_EQ(nameOf("", 6), " C  ");
+    EXPECT_EQ(nameOf("C", 6), " C  ");
+    EXPECT_EQ(nameOf("CCCCC", 6), " CCC");
+    EXPECT_EQ(nameOf("OXT", 7), " NOX"); // another element than that of the type
+}
+
+TEST(PDBwriteRecords, Charges) {
+    auto const textOf = [](float charge, bool isTold) {
+        PdbSample p;
+        p.addAtom("C", 6);
+        p.real("charge", 0, charge);
+        std::ostringstream messages;
+        std::string const record = Tables(p).atoms(*p.molecule, false, &messages);
+        EXPECT_EQ(messages.str(), isTold ? "Error: Charge of atom 0 is outside of [-9,+9] interval which can be "
+                                           "written into a PDB file."
+                                         : "");
+        return record.substr(78);
+    };
+    EXPECT_EQ(textOf(0.0F, false), "0+\n");
+    EXPECT_EQ(textOf(-0.5F, false), "0+\n");
+    EXPECT_EQ(textOf(9.9F, false), "9+\n");
+    EXPECT_EQ(textOf(-9.0F, false), "9-\n");
+    EXPECT_EQ(textOf(12.0F, true), "2+\n");
+    EXPECT_EQ(textOf(-12.0F, true), "2-\n");
+    EXPECT_EQ(textOf(-20.0F, true), "0+\n");
+    EXPECT_EQ(textOf(-2147483648.0F, true), "8-\n");
+    for (float const noInt : {1e20F, -3e9F, std::numeric_limits<float>::quiet_NaN()}) {
+        EXPECT_EQ(textOf(noInt, true), "0+\n") << noInt;
+    }
+    PdbSample p;
+    p.addAtom("C", 6);
+    p.real("charge", 0, -0.1234F);
+    EXPECT_EQ(Tables(p).atoms(*p.molecule, true),
+              cards({"HETATM    1  C   UNK     1       0.500   0.000 100.000  0.00  0.00    -0.123"}));
+}
+
+TEST(PDBwriteRecords, TerBehindChains) {
+    PdbSample p;
+    for (char const* type : {"LONG", "G", "ALA", "ALA", "ALA", "ALA"}) p.addResidue(type, 1);
+    p.addChain("A", 0, 1);
+    p.addChain("HET", 2, 3); // is no chain, so that each of its atoms ends one
+    p.addChain("BCDE", 4, 4);
+    p.addChain("B", 5, 5);
+    Tables tables(p);
+    tables.het.set(5);
+    tables.numAtom = 99998;
+    EXPECT_EQ(tables.atoms(*p.molecule),
+              cards({"ATOM  99999  C   LON A   1       0.500   0.000 100.000  0.00  0.00           C  ",
+                     "ATOM  100000  C   G   A   2       1.500  -1.000 100.000  0.00  0.00           C  |",
+                     "TER   100001        G A   2                                                      |",
+                     "ATOM  100002  C   ALA     1       2.500  -2.000 100.000  0.00  0.00           C  |",
+                     "TER   100003      ALA     1                                                      |",
+                     "ATOM  100004  C   ALA     2       3.500  -3.000 100.000  0.00  0.00           C  |",
+                     "TER   100005      ALA     2                                                      |",
+                     "ATOM  100006  C   ALA BCD   1       4.500  -4.000 100.000  0.00  0.00           C  |",
+                     "TER   100007      ALA BCD   1                                                      |",
+                     "HETATM100008  C   ALA B   1       5.500  -5.000 100.000  0.00  0.00           C  |"}));
+    EXPECT_EQ(tables.serials[5], 100008);
+}
+
+/// The line of a carbon atom in a HETATM residue, as printf formats it.
+std::string printedLine(Tables const& tables, int atom, McVec3f p, char const* residue, char const* chain,
+                        bool chargeColumn) {
+    molInfo const& info = tables.info;
+    auto const value = [&](MtFloatAttribute const* attribute) {
+        return static_cast<double>(attribute->getValue(atom));
+    };
+    char line[2000];
+    int const length = std::snprintf(line, sizeof line, "%6s%5d %-4s%1s%-3s %1s%4d%1s   %8.3f%8.3f%8.3f%6.2f%6.2f",
+                                     "HETATM", tables.serials[atom], " CB ", "", residue, chain, tables.numbers[atom],
+                                     "", static_cast<double>(p.x), static_cast<double>(p.y), static_cast<double>(p.z),
+                                     value(info.occupancy), value(info.temperature));
+    char* const end = line + length;
+    std::size_t const left = sizeof line - static_cast<std::size_t>(length);
+    if (chargeColumn)
+        std::snprintf(end, left, "    %6.3f    \n", value(info.charge));
+    else
+        std::snprintf(end, left, "          %2s%2s\n", "C", "0+");
+    return line;
+}
+
+TEST(PDBwriteRecords, AtomLinesAreThoseOfPrintf) {
+    std::mt19937 random(3);
+    using Limits = std::numeric_limits<float>;
+    std::vector<float> const special{0.0F,
+                                     0.0005F,
+                                     9999.9995F,
+                                     99999.0F,
+                                     1e30F,
+                                     Limits::max(),
+                                     Limits::infinity(),
+                                     Limits::quiet_NaN(),
+                                     Limits::denorm_min()};
+    auto const value = [&] {
+        if (random() % 4 == 0) return special[random() % special.size()] * (random() % 2 == 0 ? 1.0F : -1.0F);
+        return std::ldexp(static_cast<float>(static_cast<int>(random())), -static_cast<int>(random() % 40));
+    };
+    char const* const residues[] = {"A", "DA", "ALA", ""};
+    char const* const chains[] = {"", "A", "AB", "ABC"};
+    int const numbers[] = {1, 999, 9999, 10000, 123456789};
+    constexpr int numAtoms = 4000;
+    PdbSample p;
+    for (int i = 0; i < numAtoms; ++i) {
+        p.addAtom("CB", 6);
+        p.molecule->coords[i] = McVec3f(value(), value(), value());
+        p.addResidue(residues[i % 4], numbers[i % 5], 1);
+        p.addChain(chains[i % 3], i, i);
+        p.real("occupancy", i, value());
+        p.real("temperature", i, value());
+    }
+    for (bool const chargeColumn : {false, true}) {
+        for (int i = 0; i < numAtoms; ++i) p.real("charge", i, chargeColumn ? value() : 0.0F);
+        Tables tables(p);
+        tables.het.setAll();
+        tables.numAtom = 98000;
+        std::string const written = tables.atoms(*p.molecule, chargeColumn);
+        std::string expected;
+        for (int i = 0; i < numAtoms; ++i) {
+            expected += printedLine(tables, i, p.molecule->coords[i], residues[i % 4], chains[i % 3], chargeColumn);
+        }
+        ASSERT_EQ(written, expected);
+    }
+}
+
+} // namespace

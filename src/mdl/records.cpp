@@ -1,5 +1,7 @@
 #include "mdl/records.h"
 
+#include "textio/numberParsing.h"
+
 #include <algorithm>
 #include <cstring>
 
@@ -46,15 +48,20 @@ void writeNumber(writer& out, int value, unsigned char width) {
 } // namespace
 
 bool CountsLine::find(lengthizer& scanner) {
+    char atoms[countsLine::atoms + 1];
+    char bonds[countsLine::bonds + 1];
     while (true) {
-        numAtoms = std::max(scanner.getInt(countsLine::atoms), 0);
-        numBonds = std::max(scanner.getInt(countsLine::bonds), 0);
+        scanner.getString(atoms, countsLine::atoms);
+        scanner.getString(bonds, countsLine::bonds);
         scanner.skipChars(countsLine::others);
         scanner.getToken(countsLine::version);
         if (scanner.eof) return false;
-        if (scanner.equals("V2000") || scanner.equals("V3000")) return true;
+        if (scanner.equals("V2000") || scanner.equals("V3000")) break;
         scanner.nextLine();
     }
+    numAtoms = std::max(tarnex::parseInt(atoms), 0);
+    numBonds = std::max(tarnex::parseInt(bonds), 0);
+    return true;
 }
 
 void CountsLine::write(writer& out) const {

@@ -101,8 +101,9 @@ private:
         int const unused = 8 * (static_cast<int>(wordLength) - c.width());
         int const point = 8 * (static_cast<int>(wordLength) - 1 - decimals);
         std::uint64_t const word = loadWord(at(c.first)) << unused;
-        if ((word >> point & character) != '.') return false;
-        int const front = std::countr_zero(word ^ (repeated(' ') << unused)) / 8 * 8;
+        std::uint64_t const others = word ^ (repeated(' ') << unused);
+        if (others == 0 || (word >> point & character) != '.') return false;
+        int const front = std::countr_zero(others) / 8 * 8;
         bool const isNegative = (word >> front & character) == '-';
         std::uint64_t digits = (word ^ (repeated('0') << unused)) >> front << front;
         digits &= ~((isNegative ? character : 0) << front);

@@ -4,7 +4,7 @@
 #include "pdb/identifiers.h"
 
 #include <algorithm>
-#include <string_view>
+#include <cstring>
 
 namespace tarnex::pdb {
 

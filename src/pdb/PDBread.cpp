@@ -10,6 +10,7 @@
 #include "pdb/identifiers.h"
 
 #include <algorithm>
+#include <cstring>
 #include <filesystem>
 #include <system_error>
 

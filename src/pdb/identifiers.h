@@ -3,14 +3,11 @@
 #include "pdb/CardReader.h"
 #include "textio/numberText.h"
 
-#include <cstring>
-
 namespace tarnex::pdb {
 
 inline char* put(char* out, char const* text) {
-    std::size_t const length = std::strlen(text);
-    std::memcpy(out, text, length);
-    return out + length;
+    while (*text) *out++ = *text++;
+    return out;
 }
 
 inline char* put(char* out, FieldText const& text) {

@@ -53,14 +53,6 @@ void reader::nextLine() {
     lineNumber = static_cast<int>(static_cast<unsigned>(lineNumber) + 1U);
 }
 
-void reader::skipChars(unsigned short n) {
-    if (n <= blockEnd - cursor) {
-        cursor = findLineEnd(cursor, cursor + n);
-    } else {
-        skipPastBlock(n);
-    }
-}
-
 void reader::skipPastBlock(std::ptrdiff_t n) {
     while (n > 0) {
         if (provide(1) == 0) {

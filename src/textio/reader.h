@@ -45,7 +45,12 @@ public:
     void nextLine();
 
     /// Skips up to `n` characters of the current line.
-    void skipChars(unsigned short n);
+    void skipChars(unsigned short n) {
+        if (n <= blockEnd - cursor)
+            cursor = tarnex::findLineEnd(cursor, cursor + n);
+        else
+            skipPastBlock(n);
+    }
 
     /// The current file offset in bytes. Nothing is recorded: `setStreamPos` to it gives line number 0.
     long tell() const { return blockOffset + (cursor - block.get()); }

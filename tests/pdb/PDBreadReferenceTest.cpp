@@ -6,7 +6,7 @@
 #include "support/compareTopologies.h"
 #include "support/files.h"
 
-#include <bit>
+#include <algorithm>
 #include <random>
 
 namespace {
@@ -18,9 +18,9 @@ class RandomPDB {
 public:
     explicit RandomPDB(unsigned seed) : random(seed) {}
 
-    std::string file() {
+    std::string file(std::size_t mostLines) {
         std::string text;
-        for (auto i = upTo(120) + 1; i > 0; --i) text += line() + lineEnd();
+        for (auto i = upTo(mostLines) + 1; i > 0; --i) text += line() + lineEnd();
         for (auto i = upTo(30) + 1; i > 0; --i) text += conect() + lineEnd();
         return text.substr(0, text.size() - upTo(3));
     }
@@ -72,8 +72,8 @@ TEST(PDBreadReference, RandomFiles) {
     int numAtoms = 0;
     int numBonds = 0;
     for (unsigned seed = 0; seed < 300; ++seed) {
-        SCOPED_TRACE(seed);
-        std::string const path = writeFile("random.pdb", RandomPDB(seed).file());
+        SCOPED_TRACE(seed); // the first file is longer than a block of the scanner
+        std::string const path = writeFile("random.pdb", RandomPDB(seed).file(seed == 0 ? 9999 : 120));
         SlowPDBReader slow(path.c_str());
         McDArray<McHandle<MolTrajectory>> bundle;
         if (PDBread(nullptr, nullptr).readPDBMolTrajectoryBundle(path.c_str(), bundle) == 0) {
@@ -83,10 +83,9 @@ TEST(PDBreadReference, RandomFiles) {
         ASSERT_EQ(compareTopologies(*slow.molecule.getTopology(), *bundle[0]->getTopology()), "");
         Molecule molecule(bundle[0]->getTopology(), false);
         ASSERT_TRUE(bundle[0]->getTimeStep(0, &molecule));
-        ASSERT_EQ(molecule.coords.size, slow.molecule.coords.size);
-        ASSERT_EQ(std::memcmp(molecule.coords.data, slow.molecule.coords.data,
-                              static_cast<std::size_t>(molecule.coords.size) * sizeof(McVec3f)),
-                  0);
+        auto const sameBits = [](McVec3f const& a, McVec3f const& b) { return std::memcmp(&a, &b, sizeof a) == 0; };
+        ASSERT_TRUE(std::equal(molecule.coords.begin(), molecule.coords.end(), slow.molecule.coords.begin(),
+                               slow.molecule.coords.end(), sameBits));
         numAtoms += molecule.getNumAtoms();
         numBonds += static_cast<int>(molecule.getTopology()->getLevel(1)->groups.size);
     }

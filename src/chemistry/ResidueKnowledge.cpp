@@ -22,6 +22,11 @@ bool isMasslessSite(ResidueTemplate const& residue, int element) {
     return residue.kind == ResidueKind::water && element != hydrogen && element != oxygen;
 }
 
+/// Programs change the name of an ion, but not its element. Some larger molecules share a residue name with an ion.
+bool isIon(ResidueTemplate const& residue, int templateAtom, int element) {
+    return residue.kind == ResidueKind::ion && (templateAtom >= 0 || element == residue.atoms[0].atomicNumber);
+}
+
 /// 0 if the template has no such bond.
 int bondOrder(ResidueTemplate const& residue, int templateAtomA, int templateAtomB) {
     for (TemplateBond const& bond : residue.bonds) {
@@ -62,14 +67,11 @@ void ResidueKnowledge::findTemplateBonds(MolTopology& topology, BondableAtoms& a
 
 void ResidueKnowledge::identify(int atom, int templateAtom, ResidueTemplate const& residue, BondableAtoms& atoms) {
     unsigned char& element = atoms.elements[atom];
-    if (templateAtom < 0) {
-        if (isMasslessSite(residue, element)) element = 0;
-        return;
-    }
-    if (residue.kind == ResidueKind::ion) {
+    if (isIon(residue, templateAtom, element) || (templateAtom < 0 && isMasslessSite(residue, element))) {
         element = 0;
         return;
     }
+    if (templateAtom < 0) return;
     element = static_cast<unsigned char>(residue.atoms[static_cast<std::size_t>(templateAtom)].atomicNumber);
     names[atom].templateAtom = static_cast<std::int16_t>(templateAtom);
 

@@ -46,6 +46,48 @@ private:
     char characters[wordLength] = "";
 };
 
+/// A field of up to eight columns with a number at its end, as fields of numbers nearly always are: blanks, an optional
+/// minus, digits and perhaps a point.
+class PlainNumber {
+public:
+    PlainNumber(char const* field, int width) {
+        // As in all searches by words, the first character stands in the lowest bits. Zeros fill up the front.
+        int const unused = 8 * (static_cast<int>(wordLength) - width);
+        std::uint64_t const word = loadWord(field) << unused;
+        std::uint64_t const others = word ^ (repeated(' ') << unused);
+        if (others == 0) return;
+        int const front = std::countr_zero(others) / 8 * 8;
+        isNegative = (word >> front & character) == '-';
+        digits = (word ^ (repeated('0') << unused)) >> front << front;
+        digits &= ~((isNegative ? character : 0) << front);
+    }
+
+    bool toInteger(int& value) const {
+        auto const magnitude = static_cast<int>(joinDigits(digits));
+        value = isNegative ? -magnitude : magnitude;
+        return areDigits(digits);
+    }
+    /// True if a point stands ahead of the last `decimals` digits. They and the power of ten are exact doubles, so that
+    /// their quotient is the correctly rounded number.
+    bool toReal(int decimals, double& value) const {
+        int const point = 8 * (static_cast<int>(wordLength) - 1 - decimals);
+        std::uint64_t const ahead = digits & ((std::uint64_t{1} << point) - 1);
+        std::uint64_t const withoutPoint = digits >> (point + 8) << (point + 8) | ahead << 8;
+        if ((digits >> point & character) != ('.' ^ '0') || !areDigits(withoutPoint)) return false;
+        double const magnitude =
+            static_cast<std::int32_t>(joinDigits(withoutPoint)) / shortPowersOfTen[static_cast<std::size_t>(decimals)];
+        value = isNegative ? -magnitude : magnitude;
+        return true;
+    }
+
+private:
+    static constexpr std::uint64_t character = 0xff;
+
+    /// Each character's value if it is a digit; 0 for blanks and the minus.
+    std::uint64_t digits = 0;
+    bool isNegative = false;
+};
+
 /// The columns of a line behind its keyword. Those that the line lacks are blank.
 class Card {
 public:
@@ -66,16 +108,14 @@ public:
     }
     /// By `strtol`.
     int integer(Columns c) const {
-        std::string_view const number = unblanked(c);
         int value;
-        return parseShortInt(number, value) ? value : parseInt(cut(number));
+        return PlainNumber(at(c.first), c.width()).toInteger(value) ? value : parseInt(unblanked(c));
     }
     /// By `strtod`, in the "C" locale. Fastest with as many decimals as the format states.
     float real(Columns c, int usualDecimals) const {
         double value;
-        if (parseFixed(c, usualDecimals, value)) return static_cast<float>(value);
-        std::string_view const number = unblanked(c);
-        return static_cast<float>(parseShortDouble(number, value) ? value : parseDouble(cut(number)));
+        bool const isUsual = PlainNumber(at(c.first), c.width()).toReal(usualDecimals, value);
+        return static_cast<float>(isUsual ? value : parseDouble(unblanked(c)));
     }
 
 private:
@@ -84,36 +124,8 @@ private:
 
     char const* at(int column) const { return text + (column - columns.first); }
     std::string_view unblanked(Columns c) const {
-        char const* const end = at(c.last + 1);
-        char const* const begin = skipBlanks(at(c.first), end);
-        return {begin, static_cast<std::size_t>(end - begin)};
-    }
-    static std::string_view cut(std::string_view number) {
-        char const* const end = cutBlanks(number.data(), number.data() + number.size());
-        return {number.data(), static_cast<std::size_t>(end - number.data())};
-    }
-
-    /// True for digits with a point ahead of the last `decimals` ones, behind blanks and an optional minus. The digits
-    /// and the power of ten are exact doubles, so that their quotient is the correctly rounded number.
-    bool parseFixed(Columns c, int decimals, double& value) const {
-        constexpr std::uint64_t character = 0xff;
-        // As in all searches by words, the first character stands in the lowest bits. Zeros fill up the front.
-        int const unused = 8 * (static_cast<int>(wordLength) - c.width());
-        int const point = 8 * (static_cast<int>(wordLength) - 1 - decimals);
-        std::uint64_t const word = loadWord(at(c.first)) << unused;
-        std::uint64_t const others = word ^ (repeated(' ') << unused);
-        if (others == 0 || (word >> point & character) != '.') return false;
-        int const front = std::countr_zero(others) / 8 * 8;
-        bool const isNegative = (word >> front & character) == '-';
-        std::uint64_t digits = (word ^ (repeated('0') << unused)) >> front << front;
-        digits &= ~((isNegative ? character : 0) << front);
-        std::uint64_t const aheadOfPoint = digits & ((std::uint64_t{1} << point) - 1);
-        digits = digits >> (point + 8) << (point + 8) | aheadOfPoint << 8;
-        if (!areDigits(digits)) return false;
-        double const magnitude =
-            static_cast<std::int32_t>(joinDigits(digits)) / shortPowersOfTen[static_cast<std::size_t>(decimals)];
-        value = isNegative ? -magnitude : magnitude;
-        return true;
+        char const* const begin = skipBlanks(at(c.first), at(c.last + 1));
+        return {begin, static_cast<std::size_t>(cutBlanks(begin, at(c.last + 1)) - begin)};
     }
 
     char const* text;

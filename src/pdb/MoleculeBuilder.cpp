@@ -164,7 +164,7 @@ void MoleculeBuilder::setAtomAttributes(AtomLine const& line, int atom, FieldTex
     molchem::Element const* element = findElement(line);
     atomicNumbers->setValue(atom, element->getAtomicNumber());
     radii->setValue(atom, element->getRadius());
-    charges->setValue(atom, chargeOf(line.charge));
+    if (line.charge[0] != '\0') charges->setValue(atom, chargeOf(line.charge)); // else it stays 0
     temperatures->setValue(atom, line.temperature);
     occupancies->setValue(atom, line.occupancy);
     atomNames->setValue(atom, name);

@@ -1,9 +1,13 @@
+#include "chemistry/Resource.h"
 #include "mdl/MDLIO.h"
+#include "pdb/PDBread.h"
+#include "pdb/PDBwrite.h"
 #include "support/files.h"
 
 #include <cstdio>
 #include <cstdlib>
 #include <gtest/gtest.h>
+#include <map>
 #include <regex>
 
 namespace {
@@ -52,6 +56,41 @@ TEST(OpenBabel, ReadsTheAtomsBondsAndChargesOfOurSdf) {
     // Open Babel takes the charges of the atom lines only if "M  END" has its two blanks.
     std::string const text = std::regex_replace(readFile(ours), std::regex("M END"), "M  END");
     EXPECT_EQ(smiles(writeFile("twoBlanks.sdf", text)), smiles(original));
+}
+
+/// Atoms by element and residue, as columns 18-26 and 77-78 of atom lines tell.
+std::map<std::string, int> atomsOfPdb(std::string const& text) {
+    std::map<std::string, int> atoms;
+    std::istringstream lines(text);
+    for (std::string line; std::getline(lines, line);) {
+        if (line.rfind("ATOM  ", 0) == 0 || line.rfind("HETATM", 0) == 0) {
+            ++atoms[line.substr(17, 9) + line.substr(76, 2)];
+        }
+    }
+    return atoms;
+}
+
+TEST(OpenBabel, CountsTheAtomsAndResiduesOfOurPdb) {
+    if (std::system("command -v obabel >/dev/null") != 0) GTEST_SKIP() << "Open Babel is not installed";
+    std::string text;
+    char line[100];
+    char const* const names[] = {"N  ", "CA ", "C  ", "O  ", "CB "};
+    char const elements[] = "NCCOC";
+    for (int i = 0; i < 60; ++i) {
+        std::snprintf(line, sizeof line, "ATOM  %5d  %s ALA %c%4d    %8.3f%8.3f%8.3f  1.00  0.00           %c\n", i + 1,
+                      names[i % 5], i < 30 ? 'A' : 'B', i / 5 + 1, i * 1.1, i % 3 * 0.9, i < 30 ? 0.0 : 20.0,
+                      elements[i % 5]);
+        text += line;
+    }
+    McDArray<McHandle<MolTrajectory>> bundle;
+    ASSERT_EQ(PDBread(nullptr, nullptr).readPDBMolTrajectoryBundle(writeFile("in.pdb", text).c_str(), bundle), 1);
+    Molecule molecule(bundle[0]->getTopology(), false);
+    ASSERT_TRUE(bundle[0]->getTimeStep(0, &molecule));
+    std::string const ours = scratchPath("ours.pdb");
+    PDBwrite pdb(molchem::Resource::getInstance()->residueDatabase, nullptr, nullptr);
+    ASSERT_TRUE(pdb.writePDBMolecule(&molecule, ours.c_str(), false));
+    EXPECT_EQ(atomsOfPdb(readFile(ours)), atomsOfPdb(text));
+    EXPECT_EQ(atomsOfPdb(obabel(ours, "pdb")), atomsOfPdb(text));
 }
 
 } // namespace

@@ -99,6 +99,33 @@ TEST(TarnexWizard, ReadsByExtensionAndKeepsTheResultAlive) {
     }
 }
 
+TEST(TarnexWizard, Pdb) {
+    std::string const line = "HETATM    1 FE   HEM A   1       1.000   2.000   3.000  1.00 10.00          FE\n";
+    std::string const file = writeFile("models.pdb", "MODEL 1\n" + line + "MODEL 2\n" + line);
+    std::string const vdeFile = writeFile("models.vde", "MODEL 1\n" + line + "MODEL 2\n" + line);
+    auto const bundle = Wizard::readBundle(file.c_str(), Wizard::ReadBundles::READ_AUTO);
+    ASSERT_EQ(bundle.size, 1);
+    std::unique_ptr<Molecule> const molecule(
+        Wizard::readMolecule(file.c_str(), Wizard::ReadMolecules::READ_AUTO, nullptr));
+    ASSERT_TRUE(molecule);
+    EXPECT_EQ(molecule->coords[0], McVec3f(1.0F, 2.0F, 3.0F));
+    // Files of this extension go to the PDB reader; the steps are in memory.
+    McHandle<MolTrajectory> const trajectory(
+        Wizard::readMolTrajectory(vdeFile.c_str(), Wizard::ReadTrajectories::READ_AUTO, nullptr, nullptr));
+    ASSERT_TRUE(trajectory);
+    EXPECT_EQ(trajectory->getNumTimeSteps(), 2);
+    EXPECT_TRUE(dynamic_cast<MolTrajectoryMem*>(static_cast<MolTrajectory*>(trajectory)));
+
+    std::string const out = scratchPath("out.pdb");
+    EXPECT_NE(Wizard::writeMolecule(out.c_str(), molecule.get(), Wizard::WriteMolecules::WRITE_PDB), 0);
+    EXPECT_EQ(readFile(out).find("MODEL"), std::string::npos);
+    EXPECT_NE(Wizard::writeMolTrajectory(out.c_str(), trajectory, Wizard::WriteTrajectories::WRITE_PDB), 0);
+    EXPECT_NE(readFile(out).find("MODEL 1"), std::string::npos);
+    EXPECT_NE(Wizard::writeBundle(out.c_str(), bundle, Wizard::WriteBundles::WRITE_PDB), 0);
+    EXPECT_EQ(readMoleculePrints("no.pdb", 4), moleculeMessage(4, "no.pdb", 1));
+    EXPECT_EQ(readTrajectoryPrints("no.vde", 9), trajectoryMessage(5, "no.vde", 1));
+}
+
 TEST(TarnexWizard, ReadingFailures) {
     EXPECT_EQ(readMoleculePrints("no.sdf", 8), moleculeMessage(3, "no.sdf", 1));
     EXPECT_EQ(readMoleculePrints("no.qlt", 7), moleculeMessage(7, "no.qlt", 1));

@@ -24,8 +24,8 @@ void MtStringAttribute::setValue(int group, char const* value) {
     if (!hasGroup(group)) return;
     char const* text = value ? value : "";
     char const*& slot = values.at(group, room(group));
-    char const* old = slot ? slot : "";
-    if (std::strcmp(old, text) == 0) return;
+    bool const isSame = slot ? std::strcmp(slot, text) == 0 : *text == 0;
+    if (isSame) return;
     char const* stored = texts.store(text);
     if (nameIndex) nameIndex->leave(group);
     slot = stored;

@@ -53,7 +53,10 @@ public:
     T get(int group) const { return group < values.size ? values.data[group] : T{}; }
     /// A reference to the value of a group that exists; `room` tells how many groups to reserve for.
     T& at(int group, std::int64_t room) {
-        if (group >= values.size) growTo(group, room);
+        if (group == values.size && group < values.capacity)
+            values.data[values.size++] = T{};
+        else if (group >= values.size)
+            growTo(group, room);
         return values.data[group];
     }
     void insertUnset(int position) {

@@ -21,18 +21,20 @@ TextStore::~TextStore() {
 char const* TextStore::store(char const* text) {
     if (!*text) return "";
     std::size_t const length = std::strlen(text);
-    char const** shared = nullptr;
+    Recent* shared = nullptr;
+    std::uint64_t hash = 0;
     if (++storedTexts > textsBeforeSharing) {
         if (recent.size == 0) {
             recent.resize(recentTexts);
-            std::fill(recent.begin(), recent.end(), "");
+            std::fill(recent.begin(), recent.end(), Recent{0, ""});
         }
-        shared = &recent.data[textHash(text, length) % recentTexts];
-        if (std::strcmp(*shared, text) == 0) return *shared;
+        hash = textHash(text, length);
+        shared = &recent.data[hash % recentTexts];
+        if (shared->hash == hash && std::strcmp(shared->text, text) == 0) return shared->text;
     }
     char* copy = allocate(length + 1);
     std::memcpy(copy, text, length + 1);
-    if (shared) *shared = copy;
+    if (shared) *shared = {hash, copy};
     return copy;
 }
 

@@ -3,6 +3,7 @@
 #include "foundation/McDArray.h"
 
 #include <cstddef>
+#include <cstdint>
 
 namespace tarnex {
 
@@ -18,6 +19,11 @@ public:
     char const* store(char const* text);
 
 private:
+    struct Recent {
+        std::uint64_t hash;
+        char const* text;
+    };
+
     char* allocate(std::size_t bytes);
 
     McDArray<char*> blocks;
@@ -25,7 +31,7 @@ private:
     std::size_t blockUsed = 0;
     std::size_t storedTexts = 0;
     /// By hash, the text stored last; empty while there are only a few texts.
-    McDArray<char const*> recent;
+    McDArray<Recent> recent;
 };
 
 } // namespace tarnex

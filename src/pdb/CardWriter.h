@@ -12,14 +12,14 @@ public:
     static constexpr int lastColumn = 80;
 
     /// The keyword is left-aligned.
-    CardWriter(writer& cardOut, char const* keyword) : out(cardOut) { putLeft(keyword, keywordColumns); }
+    CardWriter(writer& cardOut, char const* keyword) : out(cardOut) { putLeftAligned(keyword, keywordColumns); }
 
     /// Writes a text or a number, right-aligned.
     template <class Value>
     CardWriter& put(Value value, Columns field) {
         return putAligned(value, field, 0);
     }
-    CardWriter& putLeft(char const* text, Columns field) { return putAligned(text, field, 1); }
+    CardWriter& putLeftAligned(char const* text, Columns field) { return putAligned(text, field, 1); }
     /// Writes blanks that take up no columns.
     CardWriter& insertBlanks(int count) {
         out.writeColumns("", 1, count, 0);

@@ -16,7 +16,7 @@ MolTrajectoryPDB::MolTrajectoryPDB(char const* filename, McDArray<PDBread::strea
     McString name;
     name.printf("Model %d-%d", 1, numTimeSteps);
     getTopology()->setName(name);
-    fileName = strdup(filename);
+    fileName = strdup(filename ? filename : "");
 }
 
 MolTrajectoryPDB::~MolTrajectoryPDB() {

@@ -10,6 +10,8 @@ public:
     /// Reads the first model. If that fails the topology is empty.
     MolTrajectoryPDB(char const* filename, McDArray<PDBread::streamPositions>& modelPositions);
     ~MolTrajectoryPDB() override;
+    MolTrajectoryPDB(MolTrajectoryPDB const&) = delete;
+    MolTrajectoryPDB& operator=(MolTrajectoryPDB const&) = delete;
 
     int getNumTimeSteps() const override;
     /// The molecule must hold the trajectory's topology already. False if the model has another number of atoms or

@@ -4,6 +4,7 @@
 #include "pdb/identifiers.h"
 
 #include <algorithm>
+#include <climits>
 #include <cstring>
 
 namespace tarnex::pdb {
@@ -69,7 +70,8 @@ float chargeOf(FieldText const& text) {
 } // namespace
 
 void SerialTable::set(int serial, int atom) {
-    static_assert(AtomLine::serialColumns.width() == 5);
+    static_assert(AtomLine::serialColumns.width() == 5 && ConectLine::serialColumns.width() == 5 &&
+                  ConectLine::partnerColumns.width() == 5);
     std::int64_t const place = std::int64_t{serial} - lowest;
     std::int64_t const known = atoms.size;
     if (place >= known) {
@@ -124,8 +126,9 @@ void MoleculeBuilder::makeResidueAttributes() {
 }
 
 void MoleculeBuilder::expectAtoms(std::int64_t numAtoms) {
-    topology.prepLevelSize(0, static_cast<int>(numAtoms));
-    molecule.coords.reserve(numAtoms);
+    auto const expected = static_cast<int>(std::min<std::int64_t>(numAtoms, INT_MAX));
+    topology.prepLevelSize(0, expected);
+    molecule.coords.reserve(expected);
 }
 
 void MoleculeBuilder::addAtom(AtomLine const& line, bool isHet) {

@@ -221,7 +221,7 @@ int PDBread::readPDBMolTrajectoryBundle(char const* filename, McDArray<McHandle<
 McHandle<MolTrajectory> PDBread::readTrajectory(char const* filename) {
     CardReader in(filename);
     if (!in.isOpen()) {
-        tarnex::report(messages, "Could not load \"", filename, "\"\n");
+        tarnex::report(messages, "Could not load \"", filename ? filename : "", "\"\n");
         return nullptr;
     }
     PDBScan const scan(in);
@@ -250,7 +250,7 @@ McHandle<Molecule> PDBread::readPDBMolecule(char const* filename) {
 bool PDBread::readMolecule(Molecule* molecule, char const* filename, streamPositions const& positions, int) {
     CardReader in(filename);
     if (!in.isOpen()) {
-        tarnex::report(messages, "Could not load \"", filename, "\"\n");
+        tarnex::report(messages, "Could not load \"", filename ? filename : "", "\"\n");
         return false;
     }
     Progress const readProgress(progress);
@@ -269,7 +269,7 @@ bool PDBread::readMolecule(Molecule* molecule, char const* filename, streamPosit
 bool PDBread::readCoordinates(Molecule* molecule, char const* filename, streamPositions const& positions, int) {
     CardReader in(filename);
     if (!in.isOpen()) {
-        tarnex::report(messages, "Could not load \"", filename, "\"\n");
+        tarnex::report(messages, "Could not load \"", filename ? filename : "", "\"\n");
         return false;
     }
     molecule->coords.resize(0);

@@ -89,12 +89,16 @@ public:
     void writeMasterRecord(writer& out, int numHelix, int numSheet, int numTurn, int numSite, int numAtom, int numTer,
                            int numConect, int numSeqRes);
 
-private:
     McFilename residueDatabase;
+    /// May be null; not owned.
     std::ostream* messages;
+    /// May be null; not owned.
     McProgressInterface* progress;
-    /// What is written, since the last call that wrote a whole file: the caller's molecule or `firstStep`.
+    /// What header data and peptide bonds are taken from. Set by the calls that write a whole file: the caller's
+    /// molecule, or the first step of a trajectory, which the writer keeps.
     Molecule* molecule = nullptr;
+
+private:
     McHandle<Molecule> firstStep;
 };
 

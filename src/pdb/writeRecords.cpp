@@ -49,8 +49,8 @@ public:
     SecStructWriter(writer& recordOut, molInfo const& topologyInfo, ResidueTexts const& texts)
         : out(recordOut), info(topologyInfo), residues(texts) {}
 
-    void writeHelix(char const* name, PDBwrite::secInfo const& part, int& numHelix) const {
-        for (int i = 0; i < part.start.size; ++i) {
+    void writeHelix(char const* name, PDBwrite::secInfo const& part, int& numHelix) {
+        for (int i = 0; i < part.start.size && recordsLeft-- > 0; ++i) {
             tarnex::pdb::HelixRecord record;
             setEnds(record, ++numHelix, name, part, i);
             // One less than the number of residues.
@@ -60,8 +60,8 @@ public:
     }
 
     /// Every segment writes the ends of the first one.
-    void writeTurn(char const* name, PDBwrite::secInfo const& part, int& numTurn) const {
-        for (int i = 0; i < part.start.size; ++i) {
+    void writeTurn(char const* name, PDBwrite::secInfo const& part, int& numTurn) {
+        for (int i = 0; i < part.start.size && recordsLeft-- > 0; ++i) {
             tarnex::pdb::TurnRecord record;
             setEnds(record, ++numTurn, name, part, 0);
             record.write(out);
@@ -69,10 +69,10 @@ public:
     }
 
     /// Every part writes as many segments as the first one has.
-    void writeSheet(char const* name, McDArray<PDBwrite::secInfo> const& parts, int& numSheet) const {
+    void writeSheet(char const* name, McDArray<PDBwrite::secInfo> const& parts, int& numSheet) {
         int strand = 0;
         for (PDBwrite::secInfo const& part : parts) {
-            for (int i = 0; i < parts[0].start.size; ++i) {
+            for (int i = 0; i < parts[0].start.size && recordsLeft-- > 0; ++i) {
                 tarnex::pdb::SheetRecord record;
                 setEnds(record, ++strand, name, part, i);
                 record.hasTypes = info.residueType != nullptr;
@@ -98,6 +98,7 @@ private:
     writer& out;
     molInfo const& info;
     ResidueTexts const& residues;
+    std::int64_t recordsLeft = tarnex::pdb::mostSegments;
 };
 
 } // namespace
@@ -183,7 +184,7 @@ void PDBwrite::writeSecStructRecords(writer& out, molInfo const& info,
     Progress(progress).info("Writing HELIX and SHEET records");
     if (!info.hasSecondaryStructure || !info.hasResidues) return;
     ResidueTexts const residues(*this, info, pdbIndexOfResidue, chainOfResidue);
-    SecStructWriter const elements(out, info, residues);
+    SecStructWriter elements(out, info, residues);
     for (int i = 0; i < secondaryStructure.size; ++i) {
         McDArray<secInfo> const& parts = secondaryStructure[i];
         if (parts.size == 0) continue;

@@ -17,9 +17,6 @@ using tarnex::pdb::valueAt;
 constexpr int unassigned = -1;
 constexpr char const* waterName = "HOH";
 
-/// The repeated scans of a part with gaps multiply its segments. No real file comes near this number in all.
-constexpr std::int64_t mostRepeatedSegments = 10000000;
-
 int numberOf(McDArray<MtGroup*> const& groups) {
     return static_cast<int>(groups.size);
 }
@@ -194,7 +191,7 @@ private:
     }
 
     ResidueNumbering& numbering;
-    std::int64_t segmentsLeft = mostRepeatedSegments;
+    std::int64_t segmentsLeft = tarnex::pdb::mostSegments;
 };
 
 /// The parts in the order in which a walk over all residues meets them.

@@ -9,6 +9,10 @@
 
 namespace tarnex::pdb {
 
+/// The repeated scans of a part with gaps multiply its segments, and sheets multiply them once more by their parts. No
+/// real file comes near this number of segments, or of records made of them.
+inline constexpr std::int64_t mostSegments = 1000000;
+
 /// Walks over those members of groups that lie on one level and exist there. Groups of a file may overlap without
 /// measure, though real ones hardly do: all walks of one object together take up to eight members for each group of the
 /// level, or a million, whichever is more; beyond that there are none.

@@ -11,8 +11,6 @@ namespace tarnex::pdb {
 
 namespace {
 
-constexpr int coordinateDigits = 3;
-constexpr int factorDigits = 2;
 constexpr int chargeDigits = 3;
 constexpr Columns decimalChargeColumns{71, 76};
 /// Coordinates, occupancy, temperature factor and charge; and fields that are short.
@@ -35,18 +33,18 @@ char* putText(char* out, char const* text, std::size_t length) {
 }
 
 /// As printf with "%*s".
-char* putRight(char* out, int width, char const* text, std::size_t length) {
+char* alignRight(char* out, int width, char const* text, std::size_t length) {
     return putText(putBlanks(out, width - static_cast<std::ptrdiff_t>(length)), text, length);
 }
 
-char* putRight(char* out, int width, char const* text) {
-    return putRight(out, width, text, std::strlen(text));
+char* alignRight(char* out, int width, char const* text) {
+    return alignRight(out, width, text, std::strlen(text));
 }
 
 /// As printf with "%*d".
-char* putRight(char* out, int width, int number) {
+char* alignRight(char* out, int width, int number) {
     char text[numberTextRoom];
-    return putRight(out, width, text, static_cast<std::size_t>(putInt(text, number) - text));
+    return alignRight(out, width, text, static_cast<std::size_t>(putInt(text, number) - text));
 }
 
 } // namespace
@@ -124,8 +122,8 @@ ResidueField::ResidueField(ResidueText const& residue) {
     *c++ = ' '; // no alternate location
     c = putText(c, residue.type, typeLength);
     c = putBlanks(c, typeWidth + 1 - static_cast<std::ptrdiff_t>(typeLength));
-    c = putRight(c, AtomLine::chainColumns.width(), residue.chain);
-    c = putRight(c, AtomLine::residueNumberColumns.width(), residue.number);
+    c = alignRight(c, AtomLine::chainColumns.width(), residue.chain);
+    c = alignRight(c, AtomLine::residueNumberColumns.width(), residue.number);
     // No insertion code.
     c = putBlanks(c, AtomLine::xColumns.first - AtomLine::insertionCodeColumns.first);
     length = static_cast<std::size_t>(c - text);
@@ -154,14 +152,14 @@ void AtomRecord::setName(char const* type, char const* elementSymbol) {
 void AtomRecord::write(writer& out, bool chargeColumn) const {
     char line[roomOfAtomRecord];
     char* c = putText(line, isHet ? "HETATM" : "ATOM  ", static_cast<std::size_t>(keywordColumns.width()));
-    c = putRight(c, AtomLine::serialColumns.width(), serial);
+    c = alignRight(c, AtomLine::serialColumns.width(), serial);
     *c++ = ' ';
     c = residue.put(putText(c, name, sizeof name));
     for (float const coordinate : {position.x, position.y, position.z}) {
-        c = putDecimal(c, AtomLine::xColumns.width(), coordinateDigits, coordinate);
+        c = putDecimal(c, AtomLine::xColumns.width(), AtomLine::coordinateDecimals, coordinate);
     }
-    c = putDecimal(c, AtomLine::occupancyColumns.width(), factorDigits, occupancy);
-    c = putDecimal(c, AtomLine::temperatureColumns.width(), factorDigits, temperature);
+    c = putDecimal(c, AtomLine::occupancyColumns.width(), AtomLine::factorDecimals, occupancy);
+    c = putDecimal(c, AtomLine::temperatureColumns.width(), AtomLine::factorDecimals, temperature);
     constexpr int column = AtomLine::temperatureColumns.last + 1;
     if (chargeColumn) {
         c = putBlanks(c, decimalChargeColumns.first - column);
@@ -169,7 +167,7 @@ void AtomRecord::write(writer& out, bool chargeColumn) const {
         c = putBlanks(c, CardWriter::lastColumn - decimalChargeColumns.last);
     } else {
         c = putBlanks(c, AtomLine::elementColumns.first - column);
-        c = putRight(c, AtomLine::elementColumns.width(), symbol);
+        c = alignRight(c, AtomLine::elementColumns.width(), symbol);
         c = putText(c, chargeText, sizeof chargeText);
     }
     *c++ = '\n';
@@ -180,15 +178,15 @@ void TerRecord::write(writer& out) const {
     char text[numberTextRoom];
     std::size_t const typeLength = std::strlen(residue.type);
     char* c = putText(text, "TER   ", static_cast<std::size_t>(keywordColumns.width()));
-    c = putRight(c, AtomLine::serialColumns.width(), serial);
+    c = alignRight(c, AtomLine::serialColumns.width(), serial);
     c = putBlanks(c, AtomLine::residueTypeColumns.first - AtomLine::serialColumns.last - 1);
     c = putBlanks(c, AtomLine::residueTypeColumns.width() - static_cast<std::ptrdiff_t>(typeLength));
     out.write(text, static_cast<std::size_t>(c - text));
     out.write(residue.type, typeLength);
     c = text;
     *c++ = ' ';
-    c = putRight(c, AtomLine::chainColumns.width(), residue.chain);
-    c = putRight(c, AtomLine::residueNumberColumns.width(), residue.number);
+    c = alignRight(c, AtomLine::chainColumns.width(), residue.chain);
+    c = alignRight(c, AtomLine::residueNumberColumns.width(), residue.number);
     c = putBlanks(c, CardWriter::lastColumn - AtomLine::residueNumberColumns.last);
     *c++ = '\n';
     out.write(text, static_cast<std::size_t>(c - text));
@@ -218,7 +216,7 @@ void MasterRecord::write(writer& out) const {
 }
 
 void writeTextRecord(writer& out, char const* keyword, char const* text) {
-    CardWriter(out, keyword).putLeft(text, {keywordColumns.last + 1, CardWriter::lastColumn}).end();
+    CardWriter(out, keyword).putLeftAligned(text, {keywordColumns.last + 1, CardWriter::lastColumn}).end();
 }
 
 } // namespace tarnex::pdb

@@ -2,6 +2,7 @@
 
 #include "foundation/McDArray.h"
 #include "foundation/McVec3f.h"
+#include "pdb/secondaryStructureRecords.h"
 #include "textio/writer.h"
 
 /// The records as they are written, lines of 80 columns: each with its fields and a function that writes it. Columns
@@ -45,7 +46,7 @@ struct SheetRecord : SegmentRecord {
 
 /// Up to four residues of a site.
 struct SiteRecord {
-    static constexpr int mostResidues = 4;
+    static constexpr int mostResidues = SiteLine::numResidues;
 
     int serial = 0;
     char const* name = "";

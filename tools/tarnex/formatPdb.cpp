@@ -20,6 +20,16 @@ void noteMessages(std::string const& file, std::string const& messages, Console&
     }
 }
 
+/// The writer's messages on charges have no line ends; the first one stands for all.
+void noteCharges(std::string const& file, std::string const& messages, Console& console) {
+    std::string const head = "Error: Charge of atom ";
+    std::size_t const first = messages.find(head);
+    if (first == std::string::npos) return;
+    std::size_t const second = messages.find(head, first + head.size());
+    std::string const more = second == std::string::npos ? "" : " So it is with further atoms.";
+    console.note(file + ": " + messages.substr(first, second - first) + more);
+}
+
 void readPdbFile(std::string const& file, Document& document, Console& console) {
     std::ostringstream messages;
     Bundle bundle;
@@ -69,10 +79,14 @@ void writePdb(Bundle const& bundle, OutputFile const& output, Console& console) 
     PDBwrite pdb(molchem::Resource::getInstance()->residueDatabase, &messages, &console);
     errno = 0;
     bool const written = write(pdb, *bundle[0], output.temporary().c_str());
+    int const systemError = errno;
     console.throwIfInterrupted();
-    if (!written) throw Failure(output.name(), "a step cannot be read");
-    if (!endsWithLastRecord(output.temporary())) throw Failure(output.name(), errno != 0 ? errno : EIO);
-    noteMessages(output.name(), messages.str(), console);
+    if (!written) {
+        std::string const reason = messages.str();
+        throw Failure(output.name(), reason.empty() ? "a step cannot be read" : reason.substr(0, reason.find('\n')));
+    }
+    if (!endsWithLastRecord(output.temporary())) throw Failure(output.name(), systemError != 0 ? systemError : EIO);
+    noteCharges(output.name(), messages.str(), console);
 }
 
 } // namespace tarnex::tool

@@ -140,19 +140,19 @@ constexpr ExtensionRule<Molecules> moleculeRules[] = {
 
 struct TrajectoryReader {
     Trajectories type;
-    /// Null for a value that is known and has no reader.
-    MolTrajectory* (*read)(char const* name, char const* second, char const* third);
     /// 0 for a reader that needs no second name.
     int messagesWithoutSecond;
+    /// Null for a value that is known and has no reader.
+    MolTrajectory* (*read)(char const* name, char const* second, char const* third);
 };
 
 constexpr auto xyzTrajectory = static_cast<Trajectories>(7);
 
 constexpr TrajectoryReader trajectoryReaders[] = {
-    {Trajectories::READ_MDL, readMdlTrajectory, 0},
-    {Trajectories::READ_PDB, readPdbTrajectory, 0},
-    {xyzTrajectory, nullptr, 0},
-    {Trajectories::READ_QLT, readQltTrajectory, 0},
+    {Trajectories::READ_MDL, 0, readMdlTrajectory},
+    {Trajectories::READ_PDB, 0, readPdbTrajectory},
+    {xyzTrajectory, 0, nullptr},
+    {Trajectories::READ_QLT, 0, readQltTrajectory},
 };
 
 constexpr ExtensionRule<Trajectories> trajectoryRules[] = {

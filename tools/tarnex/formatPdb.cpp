@@ -16,7 +16,7 @@ namespace {
 void noteMessages(std::string const& file, std::string const& messages, Console& console) {
     std::istringstream lines(messages);
     for (std::string line; std::getline(lines, line);) {
-        if (!line.empty() && line != "Successfully imported.") console.note(file + ": " + line);
+        if (!line.empty() && line != "Successfully imported.") console.note(line.insert(0, file + ": "));
     }
 }
 

@@ -1,0 +1,66 @@
+// Reads text formats: the first byte of the input chooses one, the rest is the file. What has been read is written in
+// each format that can be written, and must be readable again where the format holds it.
+
+#include "chemistry/Resource.h"
+#include "mdl/MDLIO.h"
+#include "model/MolTrajectoryMem.h"
+#include "pdb/PDBread.h"
+#include "pdb/PDBwrite.h"
+#include "qlt/MolTrajectoryVRK.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <unistd.h>
+
+namespace {
+
+using Bundle = McDArray<McHandle<MolTrajectory>>;
+
+std::string nameOf(char const* purpose) {
+    static std::string const folder = std::filesystem::temp_directory_path().string() + "/fuzz_text_";
+    return folder + std::to_string(getpid()) + purpose;
+}
+
+Bundle read(std::string const& file, unsigned char format) {
+    Bundle bundle;
+    try {
+        if (format % 2 == 0)
+            bundle = MDLIO(nullptr, nullptr).readMDLMolTrajectoryBundle(file.c_str());
+        else
+            PDBread(nullptr, nullptr).readPDBMolTrajectoryBundle(file.c_str(), bundle);
+    } catch (Parse_Error const&) {
+        bundle.clear();
+    }
+    return bundle;
+}
+
+void write(MolTrajectory& trajectory, std::string const& file) {
+    MolTrajectoryMem steps(&trajectory);
+    PDBwrite pdb(molchem::Resource::getInstance()->residueDatabase, nullptr, nullptr);
+    if (pdb.writePDBMolTrajectory(&steps, file.c_str(), false)) read(file, 1);
+    try {
+        if (MDLIO(nullptr, nullptr).writeMDLMolTrajectory(&steps, file.c_str())) read(file, 0);
+    } catch (FloatConversion_Error const&) {
+        return;
+    }
+    if (!MolTrajectoryVRK::writeQLTMolTrajectory(&steps, file.c_str())) return;
+    Bundle again;
+    MolTrajectoryVRK::readBundle(file.c_str(), again);
+    if (again.size != 1) std::abort();
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(unsigned char const* data, std::size_t size) {
+    if (size < 1) return 0;
+    std::string const input = nameOf(".in");
+    std::string const output = nameOf(".out");
+    std::ofstream(input, std::ios::binary).write(reinterpret_cast<char const*>(data) + 1, static_cast<long>(size) - 1);
+    Bundle const bundle = read(input, data[0]);
+    for (McHandle<MolTrajectory> const& trajectory : bundle) write(*trajectory, output);
+    std::filesystem::remove(input);
+    std::filesystem::remove(output);
+    return 0;
+}

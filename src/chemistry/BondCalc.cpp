@@ -56,22 +56,28 @@ void finishBondedHydrogens(MolTopology const& topology, McDArray<PerceivedBond> 
 }
 
 void sortByAtoms(McDArray<PerceivedBond>& bonds) {
+    if (std::is_sorted(bonds.begin(), bonds.end(), isAheadOf)) return;
     radixSort(bonds, [](PerceivedBond const& bond) { return static_cast<std::uint64_t>(bond.atomA); });
     for (PerceivedBond *begin = bonds.begin(), *end = begin; begin != bonds.end(); begin = end) {
         while (end != bonds.end() && end->atomA == begin->atomA) ++end;
-        std::sort(begin, end, [](PerceivedBond const& a, PerceivedBond const& b) { return a.atomB < b.atomB; });
+        std::sort(begin, end, isAheadOf);
     }
 }
 
-void addBonds(MolTopology& topology, McDArray<PerceivedBond>& bonds) {
-    sortByAtoms(bonds);
+/// Adds the bonds of two sorted lists in one order.
+void addBonds(MolTopology& topology, McDArray<PerceivedBond> const& some, McDArray<PerceivedBond> const& others) {
     MtGroupingLevel& level = *topology.levels[1];
     MtIntegerAttribute* types = level.integerAttribute("type", MtGroupingLevel::CREATE, true);
     bool const hadBonds = level.groups.size > 0;
-    topology.prepLevelSize(1, static_cast<int>(level.groups.size + bonds.size));
-    for (PerceivedBond const& bond : bonds) {
+    topology.prepLevelSize(1, static_cast<int>(level.groups.size + some.size + others.size));
+    PerceivedBond const* next = some.begin();
+    PerceivedBond const* nextOther = others.begin();
+    while (next != some.end() || nextOther != others.end()) {
+        bool const takesOther = next == some.end() || (nextOther != others.end() && isAheadOf(*nextOther, *next));
+        PerceivedBond const& bond = takesOther ? *nextOther++ : *next++;
         if (hadBonds && topology.findBond(bond.atomA, bond.atomB) >= 0) continue;
-        types->setValue(topology.addBond(new (topology.groupPool) MtBond(bond.atomA, bond.atomB)).groupIx, bond.order);
+        auto* group = new (topology.groupPool) MtBond(bond.atomA, bond.atomB);
+        types->setValue(topology.addBond(group).groupIx, bond.order);
     }
 }
 
@@ -88,11 +94,14 @@ bool connect(MolObject* object, McBitfield const& selected, bool byResidues) {
     McDArray<McVec3f> copy;
     BondableAtoms atoms = collectAtoms(coordinatesOf(*object, copy), *topology, selected);
     ResidueKnowledge residues;
-    McDArray<PerceivedBond> bonds;
-    if (byResidues) residues.findTemplateBonds(*topology, atoms, bonds);
-    finishBondedHydrogens(*topology, bonds, atoms);
-    findDistanceBonds(atoms, residues, bonds);
-    addBonds(*topology, bonds);
+    McDArray<PerceivedBond> byName;
+    McDArray<PerceivedBond> byDistance;
+    if (byResidues) residues.findTemplateBonds(*topology, atoms, byName);
+    finishBondedHydrogens(*topology, byName, atoms);
+    findDistanceBonds(atoms, residues, byDistance);
+    sortByAtoms(byName);
+    sortByAtoms(byDistance);
+    addBonds(*topology, byName, byDistance);
     return true;
 }
 

@@ -20,6 +20,10 @@ struct PerceivedBond {
     int order;
 };
 
+inline bool isAheadOf(PerceivedBond const& a, PerceivedBond const& b) {
+    return a.atomA != b.atomA ? a.atomA < b.atomA : a.atomB < b.atomB;
+}
+
 inline PerceivedBond makeBond(int atomA, int atomB, int order) {
     return atomA < atomB ? PerceivedBond{atomA, atomB, order} : PerceivedBond{atomB, atomA, order};
 }

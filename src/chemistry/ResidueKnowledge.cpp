@@ -94,12 +94,15 @@ void ResidueKnowledge::noteSecondOfName(int atom, BondableAtoms const& atoms) {
 
 void ResidueKnowledge::appendBonds(ResidueTemplate const& residue, BondableAtoms const& atoms,
                                    McDArray<PerceivedBond>& bonds) const {
+    std::int64_t const begin = bonds.size;
     for (TemplateBond const& bond : residue.bonds) {
         int const a = atomOfName[bond.atomA];
         int const b = atomOfName[bond.atomB];
         if (a < 0 || b < 0 || atoms.coords[a] == atoms.coords[b]) continue;
         bonds.append(makeBond(a, b, bond.order));
     }
+    // The atoms of most residues stand behind each other, so that all bonds are in order then.
+    std::sort(bonds.begin() + begin, bonds.end(), isAheadOf);
 }
 
 int ResidueKnowledge::orderWithinDistance(int atomA, int atomB) const {

@@ -73,8 +73,9 @@ private:
     // A cell is three indices of 21 bits each. What lies further out shares the outermost index, and one index is free
     // at either end, so that a neighbour's never runs over into the next one.
     static constexpr int indexBits = 21;
-    static constexpr double origin = 1 << (indexBits - 1);
-    static constexpr double lastIndex = 2 * origin - 2;
+    // The origin stands in the middle of a byte, so that cells around it differ in few bytes, which the sorting counts.
+    static constexpr double origin = (1 << (indexBits - 1)) + 128;
+    static constexpr double lastIndex = (1 << indexBits) - 2;
     static constexpr std::uint64_t stepY = std::uint64_t{1} << indexBits;
     static constexpr std::uint64_t stepX = stepY << indexBits;
     static constexpr int numColumns = 4;

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstring>
 #include <utility>
 
 namespace molchem {
@@ -188,3 +189,21 @@ Element const* ElementTable::getDefaultElement() const {
 }
 
 } // namespace molchem
+
+namespace tarnex {
+
+molchem::Element const& elementAtStartOfName(char const* name) {
+    molchem::ElementTable const& table = elementTable();
+    // No symbol has three letters, so longer beginnings of the name need no look.
+    std::size_t const length = name ? std::strlen(name) : 0;
+    if (length >= 2) {
+        char const two[] = {name[0], name[1], '\0'};
+        molchem::Element const* element = table.getElement(two, false);
+        if (element->getAtomicNumber() > 0) return *element;
+    }
+    if (length == 0) return *table.getDefaultElement();
+    char const one[] = {name[0], '\0'};
+    return *table.getElement(one, false);
+}
+
+} // namespace tarnex

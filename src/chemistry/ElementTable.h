@@ -41,4 +41,9 @@ inline molchem::ElementTable const& elementTable() {
     return *molchem::ElementTable::singletonObject;
 }
 
+/// The element whose symbol an atom's name begins with: the name is looked up as it is, then without its last
+/// character, and so on until the table knows it. HB1 is hydrogen, CT carbon, CA calcium. The default element if
+/// nothing fits.
+TARNEX_API molchem::Element const& elementAtStartOfName(char const* name);
+
 } // namespace tarnex

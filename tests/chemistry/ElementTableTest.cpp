@@ -87,4 +87,18 @@ TEST(ElementTable, IsMadeOnFirstUseAndShared) {
     EXPECT_EQ(&tarnex::elementTable(), table);
 }
 
+TEST(ElementTable, FindsTheSymbolAtTheStartOfAName) {
+    for (auto const& [name, number] : {std::pair{"HB1", 1},
+                                       {"CT", 6},
+                                       {"CA", 20},
+                                       {"C*", 6},
+                                       {"N3", 7},
+                                       {"ZN2+", 30},
+                                       {"", 0},
+                                       {"1H", 0},
+                                       {" C", 0}}) {
+        EXPECT_EQ(tarnex::elementAtStartOfName(name).getAtomicNumber(), number) << name;
+    }
+}
+
 } // namespace

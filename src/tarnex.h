@@ -2,6 +2,8 @@
 
 /// Everything public of the library.
 
+#include "amber/AMBERread.h"
+#include "amber/MolTrajectoryAMBER.h"
 #include "chemistry/BondCalc.h"
 #include "chemistry/ElementTable.h"
 #include "chemistry/Resource.h"

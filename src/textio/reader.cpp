@@ -8,6 +8,28 @@
 using tarnex::findLineEnd;
 using tarnex::isLineEnd;
 
+namespace {
+
+/// How many of a row of characters end a line.
+struct LineEnds {
+    static constexpr std::ptrdiff_t rowLength = 240; // each count fits in a byte
+
+    explicit LineEnds(char const* row) {
+        unsigned char lfs = 0;
+        unsigned char crs = 0;
+        for (std::ptrdiff_t i = 0; i < rowLength; ++i) {
+            lfs = static_cast<unsigned char>(lfs + (row[i] == '\n'));
+            crs = static_cast<unsigned char>(crs + (row[i] == '\r'));
+        }
+        lf = lfs;
+        cr = crs;
+    }
+    int lf;
+    int cr;
+};
+
+} // namespace
+
 reader::reader(char const* filename, std::size_t blockSize)
     : file(filename ? std::fopen(filename, "rb") : nullptr), positions(0),
       fetchSize(std::max<std::size_t>(blockSize, 1)), block(new char[maxLength + (file ? fetchSize : 0) + slack]) {
@@ -51,6 +73,31 @@ void reader::nextLine() {
     char const end = *cursor++;
     if (provide(1) == 1 && isLineEnd(*cursor) && *cursor != end) ++cursor;
     lineNumber = static_cast<int>(static_cast<unsigned>(lineNumber) + 1U);
+}
+
+void reader::skipLines(std::int64_t count) {
+    while (count > 0 && !eof) {
+        count -= skipPlainLines(count);
+        if (count > 0) {
+            nextLine();
+            --count;
+        }
+    }
+}
+
+/// Passes rows of characters whose line ends are all LF, as long as they end fewer than `count` lines in all. Returns
+/// how many lines they end.
+std::int64_t reader::skipPlainLines(std::int64_t count) {
+    std::int64_t passed = 0;
+    while (blockEnd - cursor > LineEnds::rowLength) {
+        LineEnds const ends(cursor);
+        // A CR right behind the row may belong to a LF at its end.
+        if (ends.cr > 0 || cursor[LineEnds::rowLength] == '\r' || passed + ends.lf >= count) break;
+        passed += ends.lf;
+        cursor += LineEnds::rowLength;
+    }
+    lineNumber = static_cast<int>(static_cast<unsigned>(lineNumber) + static_cast<unsigned>(passed));
+    return passed;
 }
 
 void reader::skipPastBlock(std::ptrdiff_t n) {

@@ -6,6 +6,7 @@
 #include "textio/textScan.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <memory>
@@ -43,6 +44,9 @@ public:
     /// Moves to the start of the next line and empties `buffer`. A last line without line end sets `eof` and is not
     /// counted.
     void nextLine();
+
+    /// `count` calls of `nextLine`, or as many as it takes to set `eof`.
+    void skipLines(std::int64_t count);
 
     /// Skips up to `n` characters of the current line.
     void skipChars(unsigned short n) {
@@ -109,6 +113,7 @@ protected:
 private:
     std::size_t fill(std::size_t wanted);
     void skipPastBlock(std::ptrdiff_t n);
+    std::int64_t skipPlainLines(std::int64_t count);
 
     std::size_t fetchSize;
     std::unique_ptr<char[]> block;

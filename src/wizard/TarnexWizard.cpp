@@ -1,5 +1,6 @@
 #include "wizard/TarnexWizard.h"
 
+#include "amber/AMBERread.h"
 #include "chemistry/Resource.h"
 #include "mdl/MDLIO.h"
 #include "model/MolTrajectoryMem.h"
@@ -71,6 +72,10 @@ Molecule* firstMolecule(Bundle const& bundle) {
     return molecule;
 }
 
+Molecule* readAmberMolecule(char const* name, char const*) {
+    return AMBERread(nullptr, nullptr).readAmberMolecule(name);
+}
+
 Molecule* readMdlMolecule(char const* name, char const*) {
     return firstMolecule(MDLIO(nullptr, nullptr).readMDLMolTrajectoryBundle(name));
 }
@@ -89,6 +94,10 @@ Molecule* readQltMolecule(char const* name, char const*) {
     Bundle bundle;
     MolTrajectoryVRK::readBundle(name, bundle);
     return firstMolecule(bundle);
+}
+
+MolTrajectory* readAmberTrajectory(char const* name, char const* second, char const* third) {
+    return AMBERread(nullptr, nullptr).readAmberMolTrajectory(name, second, third);
 }
 
 MolTrajectory* readMdlTrajectory(char const* name, char const*, char const*) {
@@ -126,6 +135,7 @@ struct MoleculeReader {
 };
 
 constexpr MoleculeReader moleculeReaders[] = {
+    {Molecules::READ_AMBER, readAmberMolecule},
     {Molecules::READ_MDL, readMdlMolecule},
     {Molecules::READ_PDB, readPdbMolecule},
     {Molecules::READ_QLT, readQltMolecule},
@@ -149,6 +159,7 @@ struct TrajectoryReader {
 constexpr auto xyzTrajectory = static_cast<Trajectories>(7);
 
 constexpr TrajectoryReader trajectoryReaders[] = {
+    {Trajectories::READ_AMBER, 1, readAmberTrajectory},
     {Trajectories::READ_MDL, 0, readMdlTrajectory},
     {Trajectories::READ_PDB, 0, readPdbTrajectory},
     {xyzTrajectory, 0, nullptr},

@@ -17,7 +17,7 @@ constexpr int perLine = 10;
 /// Atoms alone, without residues and bonds.
 std::string const& topologyFile() {
     static std::string const name =
-        scratch::generate("frames.top", [](FILE* file) { std::fprintf(file, "\n %6d\n\n\n", numAtoms); });
+        scratch::generate("frames.top", [](FILE* file) { std::fprintf(file, "\n%6d\n\n\n", numAtoms); });
     return name;
 }
 

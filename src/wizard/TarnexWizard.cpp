@@ -159,10 +159,8 @@ struct TrajectoryReader {
 constexpr auto xyzTrajectory = static_cast<Trajectories>(7);
 
 constexpr TrajectoryReader trajectoryReaders[] = {
-    {Trajectories::READ_AMBER, 1, readAmberTrajectory},
-    {Trajectories::READ_MDL, 0, readMdlTrajectory},
-    {Trajectories::READ_PDB, 0, readPdbTrajectory},
-    {xyzTrajectory, 0, nullptr},
+    {Trajectories::READ_AMBER, 1, readAmberTrajectory}, {Trajectories::READ_MDL, 0, readMdlTrajectory},
+    {Trajectories::READ_PDB, 0, readPdbTrajectory},     {xyzTrajectory, 0, nullptr},
     {Trajectories::READ_QLT, 0, readQltTrajectory},
 };
 

@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <filesystem>
+#include <fstream>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -52,6 +53,23 @@ std::vector<Format> const& formats() {
             .write = writePdb,
         },
         {
+            .name = "amber",
+            .extensions = {".top", ".prmtop", ".parm7", ".crd", ".mdcrd"},
+            .companions = {".top", ".prmtop", ".parm7", ".crd", ".mdcrd", ".rst7", ".inpcrd", ".restrt"},
+            .description = "AMBER topology in the older layout, restart file, trajectory text",
+            .keeps = "elements, positions, atom types, partial charges, masses, residue types, bonds; the restart file "
+                     "as step 0, frames as the steps behind it",
+            .loses = "angles, dihedrals, force field parameters, velocities, box sizes; the bounds of residues are off "
+                     "by an atom",
+            .capacity = {.everything = false,
+                         .levels = {"residues"},
+                         .atomAttributes = {"type", "charge", "atom_mass", "atomic_number"},
+                         .bondAttributes = {"type"},
+                         .dataItems = false},
+            .read = readAmber,
+            .write = nullptr,
+        },
+        {
             .name = "qlt",
             .extensions = {".qlt"},
             .companions = {},
@@ -68,12 +86,6 @@ std::vector<Format> const& formats() {
 }
 
 namespace {
-
-std::string extensionOf(std::string const& file) {
-    std::string extension = std::filesystem::path(file).extension().string();
-    for (char& c : extension) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-    return extension;
-}
 
 bool contains(std::vector<std::string_view> const& texts, std::string_view text) {
     return std::find(texts.begin(), texts.end(), text) != texts.end();
@@ -96,6 +108,19 @@ void requireReadableFile(std::string const& file) {
 }
 
 } // namespace
+
+std::string extensionOf(std::string const& file) {
+    std::string extension = std::filesystem::path(file).extension().string();
+    for (char& c : extension) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    return extension;
+}
+
+bool hasTextFrom(std::string const& file, long offset) {
+    std::ifstream stream(file, std::ios::binary);
+    stream.seekg(offset);
+    char text = 0;
+    return static_cast<bool>(stream >> text);
+}
 
 std::string formatNames() {
     std::vector<std::string> names;

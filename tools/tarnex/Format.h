@@ -51,6 +51,12 @@ struct Format {
 
 std::vector<Format> const& formats();
 
+/// With its point and in lower case.
+std::string extensionOf(std::string const& file);
+
+/// Whether the file holds anything but blanks and line ends from an offset on.
+bool hasTextFrom(std::string const& file, long offset);
+
 /// The names of all formats, as a list for people.
 std::string formatNames();
 

@@ -11,6 +11,8 @@ void writeSdf(Bundle const& bundle, OutputFile const& output, Console& console);
 void readPdb(FileNames const& files, Document& document, Console& console);
 void writePdb(Bundle const& bundle, OutputFile const& output, Console& console);
 
+void readAmber(FileNames const& files, Document& document, Console& console);
+
 void readQlt(FileNames const& files, Document& document, Console& console);
 void writeQlt(Bundle const& bundle, OutputFile const& output, Console& console);
 

@@ -7,20 +7,11 @@
 #include <cerrno>
 #include <cstdio>
 #include <filesystem>
-#include <fstream>
 #include <sstream>
 
 namespace tarnex::tool {
 
 namespace {
-
-/// Whether the file holds anything but blanks and line ends from an offset on.
-bool hasTextFrom(std::string const& file, long offset) {
-    std::ifstream stream(file, std::ios::binary);
-    stream.seekg(offset);
-    char text = 0;
-    return static_cast<bool>(stream >> text);
-}
 
 /// As MDLIO names the records of a file: by the data item "name", if that is text, or else by file and number.
 std::string nameOfRecord(MolTopology const& topology, std::string const& file, std::int64_t number) {

@@ -1,6 +1,7 @@
 // Reads text formats: the first byte of the input chooses one, the rest is the file. What has been read is written in
 // each format that can be written, and must be readable again where the format holds it.
 
+#include "amber/AMBERread.h"
 #include "chemistry/Resource.h"
 #include "mdl/MDLIO.h"
 #include "model/MolTrajectoryMem.h"
@@ -23,11 +24,22 @@ std::string nameOf(char const* purpose) {
     return folder + std::to_string(getpid()) + purpose;
 }
 
+/// The file is topology, restart file and trajectory in one. Topologies of a few bytes may have a million atoms.
+void readAmber(char const* file, Bundle& bundle) {
+    AMBERread amber(nullptr, nullptr);
+    McHandle<MolTrajectory> const trajectory(amber.readAmberMolTrajectory(file, file, file));
+    Molecule molecule(trajectory->getTopology(), false);
+    amber.readAmberCoords(&molecule, file);
+    if (molecule.getNumAtoms() < 1000) bundle.append(trajectory);
+}
+
 Bundle read(std::string const& file, unsigned char format) {
     Bundle bundle;
     try {
-        if (format % 2 == 0)
+        if (format % 3 == 0)
             bundle = MDLIO(nullptr, nullptr).readMDLMolTrajectoryBundle(file.c_str());
+        else if (format % 3 == 2)
+            readAmber(file.c_str(), bundle);
         else
             PDBread(nullptr, nullptr).readPDBMolTrajectoryBundle(file.c_str(), bundle);
     } catch (Parse_Error const&) {

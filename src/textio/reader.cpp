@@ -76,12 +76,9 @@ void reader::nextLine() {
 }
 
 void reader::skipLines(std::int64_t count) {
-    while (count > 0 && !eof) {
+    for (; count > 0 && !eof; --count) {
         count -= skipPlainLines(count);
-        if (count > 0) {
-            nextLine();
-            --count;
-        }
+        nextLine();
     }
 }
 

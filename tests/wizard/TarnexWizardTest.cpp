@@ -126,6 +126,31 @@ TEST(TarnexWizard, Pdb) {
     EXPECT_EQ(readTrajectoryPrints("no.vde", 9), trajectoryMessage(5, "no.vde", 1));
 }
 
+TEST(TarnexWizard, Amber) {
+    std::string const topology = writeFile("a.top", "title\n     1\n\n\nCT\n");
+    std::string const frames = writeFile("a.mdcrd", "title\n   1.000   2.000   3.000\n");
+    writeFile("a.crd", "restart\n    1\n         4.0         5.0         6.0\n");
+    std::unique_ptr<Molecule> const molecule(
+        Wizard::readMolecule(topology.c_str(), Wizard::ReadMolecules::READ_AUTO, nullptr));
+    ASSERT_TRUE(molecule);
+    EXPECT_EQ(molecule->coords[0], McVec3f(4.0F, 5.0F, 6.0F));
+    McHandle<MolTrajectory> const trajectory(
+        Wizard::readMolTrajectory(frames.c_str(), Wizard::ReadTrajectories::READ_AUTO, topology.c_str(), nullptr));
+    ASSERT_TRUE(trajectory);
+    EXPECT_EQ(trajectory->refCount, 1);
+    EXPECT_EQ(trajectory->getNumTimeSteps(), 2);
+    EXPECT_TRUE(trajectory->getTimeStep(1, molecule.get()));
+    EXPECT_EQ(molecule->coords[0], McVec3f(1.0F, 2.0F, 3.0F));
+
+    EXPECT_EQ(readMoleculePrints("no.top", 8), moleculeMessage(0, "no.top", 1));
+    EXPECT_EQ(readTrajectoryPrints("no.top", 9), trajectoryMessage(0, "no.top", 1)); // without a second name
+    EXPECT_EQ(printed([] {
+                  auto const type = Wizard::ReadTrajectories::READ_AMBER;
+                  EXPECT_EQ(Wizard::readMolTrajectory("no.crd", type, "no.top", nullptr), nullptr);
+              }),
+              trajectoryMessage(0, "no.crd", 1));
+}
+
 TEST(TarnexWizard, ReadingFailures) {
     EXPECT_EQ(readMoleculePrints("no.sdf", 8), moleculeMessage(3, "no.sdf", 1));
     EXPECT_EQ(readMoleculePrints("no.qlt", 7), moleculeMessage(7, "no.qlt", 1));

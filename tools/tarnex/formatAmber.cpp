@@ -84,15 +84,24 @@ void readRestart(std::string const& topology, std::string const& file, Document&
     append(new MolTrajectoryMem(molecule, 1), file, document);
 }
 
+/// Whether the text from `begin` on, up to `end`, has the columns of a frame. Behind the last frame stands nothing.
+bool isWholeFrame(std::string const& file, long begin, long end, int natoms) {
+    constexpr long columnsPerAtom = 24;
+    return begin == end ? !hasTextFrom(file, begin) : end - begin > columnsPerAtom * natoms;
+}
+
 /// Any text gives frames. Those that do not come out even are of another topology, or have lines of box sizes.
-void tellRest(std::string const& file, int natoms, Document& document) {
+void requireWholeFrames(std::string const& file, int natoms, Document& document) {
     McDArray<long> positions;
     int const count = AMBERread(nullptr, nullptr).readAmber_TrajCoords(positions, natoms, file.c_str());
     if (count == 0) throw Failure(file, "no frames in it");
-    if (!hasTextFrom(file, positions[count - 1])) return;
-    document.damage.emplace_back(file, "no whole frame that ends with a line end stands behind frame " +
-                                           std::to_string(count - 1) +
-                                           " (frames with a line of box sizes cannot be read)");
+    for (int i = 0; i < count; ++i) {
+        if (isWholeFrame(file, positions[i], positions[std::min(i + 1, count - 1)], natoms)) continue;
+        document.damage.emplace_back(file, "frame " + std::to_string(i + 1) +
+                                               " lacks numbers or its last line end; frames with lines of box sizes "
+                                               "cannot be read");
+        return;
+    }
 }
 
 /// A topology alone has the state of its restart file. That is step 0 of a trajectory as well.
@@ -101,7 +110,7 @@ void readWithRestart(std::string const& topology, std::string const* trajectoryF
     std::ostringstream messages;
     McHandle<Molecule> const molecule = readTopology(topology, &messages);
     if (trajectoryFile) {
-        tellRest(*trajectoryFile, molecule->getNumAtoms(), document);
+        requireWholeFrames(*trajectoryFile, molecule->getNumAtoms(), document);
         append(AMBERread(nullptr, nullptr).readAmberMolTrajectory(trajectoryFile->c_str(), topology.c_str(), nullptr),
                *trajectoryFile, document);
     } else {

@@ -66,12 +66,14 @@ private:
 /// Walks through the blocks of a topology file and turns those that are of use into groups and attributes.
 class TopologyReader {
 public:
-    /// Reads title and counters.
+    /// Reads title and counters, and makes the levels with the atoms.
     TopologyReader(lengthizer& fileScanner, MolTopology& emptyTopology)
-        : scanner(fileScanner), topology(emptyTopology), counters(readHead(fileScanner)) {}
+        : scanner(fileScanner), topology(emptyTopology), counters(readHead(fileScanner)) {
+        makeAtoms();
+        makeOtherLevels();
+    }
 
     bool hasAtoms() const { return counters[NATOM] > 0; }
-    void makeLevels();
     void readBlocks();
 
 private:
@@ -88,6 +90,8 @@ private:
         return Counters(scanner);
     }
 
+    void makeAtoms();
+    void makeOtherLevels();
     template <class Visit>
     void forEachValue(Block const& block, Visit&& visit);
 
@@ -104,26 +108,23 @@ private:
     lengthizer& scanner;
     MolTopology& topology;
     Counters counters;
+    MtGroupingLevel* atoms = topology.getLevel(0);
     int residuesIx = -1;
     MtGroupingLevel* residues = nullptr;
     MtIntegerAttribute* atomicNumbers = nullptr;
-    MtFloatAttribute* charges = nullptr;
-    MtStringAttribute* atomTypes = nullptr;
-    MtFloatAttribute* masses = nullptr;
     MtIntegerAttribute* bondTypes = nullptr;
 };
 
-void TopologyReader::makeLevels() {
-    MtGroupingLevel* atoms = topology.getLevel(0);
+void TopologyReader::makeAtoms() {
     auto const natom = static_cast<int>(counters[NATOM]);
     topology.prepLevelSize(0, natom);
     for (int i = 0; i < natom; ++i) topology.addGroup(0, new (topology.groupPool) MtAtom);
     atomicNumbers = atoms->integerAttribute("atomic_number", MtGroupingLevel::CREATE, true);
-    if (hasAtoms()) {
-        charges = atoms->floatAttribute("charge", MtGroupingLevel::CREATE, true);
-        atomTypes = atoms->stringAttribute("type", MtGroupingLevel::CREATE, true);
-        masses = atoms->floatAttribute("atom_mass", MtGroupingLevel::CREATE, true);
-    }
+    // Ahead of "type", though the charges come later: hosts list attributes in the order in which they were made.
+    if (hasAtoms()) atoms->floatAttribute("charge", MtGroupingLevel::CREATE, true);
+}
+
+void TopologyReader::makeOtherLevels() {
     residuesIx = topology.addLevel("residues", 0, 12, -1);
     residues = topology.getLevel(residuesIx);
     residues->clearFlag(MtGroupingLevel::flagBit5);
@@ -200,15 +201,18 @@ void TopologyReader::forEachValue(Block const& block, Visit&& visit) {
 }
 
 void TopologyReader::readAtomTypes(Block const& block) {
-    forEachValue(block, [this](int atom) { atomTypes->setValue(atom, scanner.getString(textWidth)); });
+    auto* types = atoms->stringAttribute("type", MtGroupingLevel::CREATE, true);
+    forEachValue(block, [&](int atom) { types->setValue(atom, scanner.getString(textWidth)); });
 }
 
 void TopologyReader::readCharges(Block const& block) {
-    forEachValue(block, [this](int atom) { charges->setValue(atom, scanner.getFloat(realWidth) / chargeUnit); });
+    auto* charges = atoms->floatAttribute("charge", MtGroupingLevel::CREATE, true);
+    forEachValue(block, [&](int atom) { charges->setValue(atom, scanner.getFloat(realWidth) / chargeUnit); });
 }
 
 void TopologyReader::readMasses(Block const& block) {
-    forEachValue(block, [this](int atom) { masses->setValue(atom, scanner.getFloat(realWidth)); });
+    auto* masses = atoms->floatAttribute("atom_mass", MtGroupingLevel::CREATE, true);
+    forEachValue(block, [&](int atom) { masses->setValue(atom, scanner.getFloat(realWidth)); });
 }
 
 /// Adds the residues, whose atoms are not known yet.
@@ -279,7 +283,6 @@ McHandle<Molecule> AMBERread::read(char const* topologyFile, int step, McDArray<
     auto* topology = new MolTopology;
     McHandle<MolTopology> const held(topology);
     TopologyReader file(scanner, *topology);
-    file.makeLevels();
     McHandle<Molecule> molecule(new Molecule(topology, true));
     if (file.hasAtoms()) {
         if (step < 1)

@@ -6,8 +6,6 @@
 #include <algorithm>
 #include <climits>
 
-// Restart files and trajectory text: no more than titles, counts and coordinates.
-
 namespace {
 
 // The widths of the fields of restart files.
@@ -19,8 +17,8 @@ constexpr unsigned char restartWidth = 12;
 constexpr unsigned char trajectoryWidth = 8;
 constexpr int trajectoryPerLine = 10;
 
-/// Calls `use(scanner)` if the file can be opened, or reports that it cannot.
-bool open(lengthizer const& scanner, McString const& name, std::ostream* messages) {
+/// Whether the scanner has a file; reports it if not.
+bool isOpen(lengthizer const& scanner, McString const& name, std::ostream* messages) {
     if (!scanner.isOpen()) tarnex::report(messages, "Could not load \"", name.data, "\"\n");
     return scanner.isOpen();
 }
@@ -33,9 +31,11 @@ McVec3f readPosition(lengthizer& scanner, unsigned char width) {
 
 } // namespace
 
+// NOLINTBEGIN(performance-unnecessary-value-param): names come by value, as from every host
+
 bool AMBERread::readAmberCoords(Molecule* molecule, McString coordFile) {
     lengthizer scanner(coordFile);
-    if (!open(scanner, coordFile, messages)) return false;
+    if (!isOpen(scanner, coordFile, messages)) return false;
     scanner.nextLine(); // the title
     int const natoms = scanner.getInt(countWidth);
     scanner.getToken(timeWidth);
@@ -54,7 +54,7 @@ bool AMBERread::readAmberCoords(Molecule* molecule, McString coordFile) {
 
 int AMBERread::readAmber_TrajCoords(McDArray<long>& positions, int natoms, McString coordFile) {
     lengthizer scanner(coordFile);
-    if (!open(scanner, coordFile, messages)) return 0;
+    if (!isOpen(scanner, coordFile, messages)) return 0;
     std::int64_t const values = std::max<std::int64_t>(3 * std::int64_t{natoms}, 1);
     std::int64_t const linesPerFrame = (values + trajectoryPerLine - 1) / trajectoryPerLine;
     scanner.nextLine(); // the title
@@ -75,7 +75,7 @@ int AMBERread::readAMBER_TrajVelocities(McDArray<long>& positions, int natoms, M
 
 bool AMBERread::readCoordsAt(Molecule* molecule, int step, McDArray<long>& positions, McString coordFile) {
     lengthizer scanner(coordFile);
-    if (!open(scanner, coordFile, messages)) return false;
+    if (!isOpen(scanner, coordFile, messages)) return false;
     if (step < 1 || step > positions.size) return false;
     scanner.setStreamPos(positions[step - 1]);
     int const natoms = molecule->getNumAtoms();
@@ -87,6 +87,8 @@ bool AMBERread::readCoordsAt(Molecule* molecule, int step, McDArray<long>& posit
     }
     return true;
 }
+
+// NOLINTEND(performance-unnecessary-value-param)
 
 MolTrajectory* AMBERread::readAmberMolTrajectory(char const* coordFile, char const* topologyFile,
                                                  char const* velocityFile) {

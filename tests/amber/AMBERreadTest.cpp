@@ -124,6 +124,13 @@ TEST(AMBERread, CountersAndLinesAheadOfTheSymbols) {
     EXPECT_EQ(empty->getNumAtoms(), 0);
     EXPECT_EQ(empty->getTopology()->getLevel(0)->attributes.size, 1);
     EXPECT_GE(empty->getTopology()->getLevelIx("residues"), 0);
+    // The walk goes on behind the last counter, on its line.
+    std::string counters =
+        integers({0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0});
+    counters.insert(counters.size() - 1, "LBL ");
+    auto const residueOnly = read("title\n" + counters + "     5\n");
+    MtGroupingLevel* residues = residueOnly->getTopology()->getLevel(2);
+    EXPECT_STREQ(residues->stringAttribute("type", FIND, true)->getValue(0), "LBL");
     // On the first line a number takes the six columns from the second on.
     EXPECT_EQ(read("title\n123456\n")->getNumAtoms(), 23456);
     EXPECT_EQ(read("title\n    123\n")->getNumAtoms(), 123);

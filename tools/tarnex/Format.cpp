@@ -60,7 +60,7 @@ std::vector<Format> const& formats() {
             .keeps = "elements, positions, atom types, partial charges, masses, residue types, bonds; the restart file "
                      "as step 0, frames as the steps behind it",
             .loses = "angles, dihedrals, force field parameters, velocities, box sizes; the bounds of residues are off "
-                     "by an atom",
+                     "by an atom, and atoms of types such as CA and NA become the elements of that symbol",
             .capacity = {.everything = false,
                          .levels = {"residues"},
                          .atomAttributes = {"type", "charge", "atom_mass", "atomic_number"},

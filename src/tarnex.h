@@ -4,6 +4,8 @@
 
 #include "amber/AMBERread.h"
 #include "amber/MolTrajectoryAMBER.h"
+#include "charmm/DCDException.h"
+#include "charmm/MolTrajectoryDCD.h"
 #include "chemistry/BondCalc.h"
 #include "chemistry/ElementTable.h"
 #include "chemistry/Resource.h"

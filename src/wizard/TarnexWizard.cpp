@@ -1,6 +1,7 @@
 #include "wizard/TarnexWizard.h"
 
 #include "amber/AMBERread.h"
+#include "charmm/MolTrajectoryDCD.h"
 #include "chemistry/Resource.h"
 #include "mdl/MDLIO.h"
 #include "model/MolTrajectoryMem.h"
@@ -120,6 +121,14 @@ MolTrajectory* readQltTrajectory(char const* name, char const*, char const*) {
     return first.handOut();
 }
 
+MolTrajectory* readDcdTrajectory(char const* name, char const* second, char const*) {
+    char const* names[] = {name, second};
+    auto* reader = new MolTrajectoryDCD(nullptr);
+    MolTrajectory* trajectory = reader->readDCDMolTrajectory(2, names);
+    if (!trajectory) delete reader;
+    return trajectory;
+}
+
 void readQltBundle(char const* name, Bundle& bundle) {
     MolTrajectoryVRK::readBundle(name, bundle);
 }
@@ -159,8 +168,11 @@ struct TrajectoryReader {
 constexpr auto xyzTrajectory = static_cast<Trajectories>(7);
 
 constexpr TrajectoryReader trajectoryReaders[] = {
-    {Trajectories::READ_AMBER, 1, readAmberTrajectory}, {Trajectories::READ_MDL, 0, readMdlTrajectory},
-    {Trajectories::READ_PDB, 0, readPdbTrajectory},     {xyzTrajectory, 0, nullptr},
+    {Trajectories::READ_AMBER, 1, readAmberTrajectory},
+    {Trajectories::READ_DCD, 2, readDcdTrajectory},
+    {Trajectories::READ_MDL, 0, readMdlTrajectory},
+    {Trajectories::READ_PDB, 0, readPdbTrajectory},
+    {xyzTrajectory, 0, nullptr},
     {Trajectories::READ_QLT, 0, readQltTrajectory},
 };
 

@@ -1,5 +1,6 @@
 #include "Failure.h"
 
+#include "charmm/DCDException.h"
 #include "foundation/McException.h"
 #include "text.h"
 #include "textio/Parse_Error.h"
@@ -28,6 +29,8 @@ std::string reasonOfCurrentException() {
         return error.message;
     } catch (FloatConversion_Error const&) {
         return "a number does not fit in its columns";
+    } catch (DCDException const& error) {
+        return static_cast<char const*>(error.message);
     } catch (McException const& error) {
         return error.getMessage();
     } catch (std::bad_alloc const&) {

@@ -70,6 +70,24 @@ std::vector<Format> const& formats() {
             .write = nullptr,
         },
         {
+            .name = "charmm",
+            .extensions = {".psf", ".dcd"},
+            .companions = {".psf", ".dcd"},
+            .description = "CHARMM topology and trajectory, a PSF file and its DCD files",
+            .keeps = "atom names and types, charges, masses, residues, bonds, angles, dihedrals, impropers, donors, "
+                     "acceptors, positions",
+            .loses = "segments, residue numbers, fixed atoms, all sections behind the acceptors, unit cells, times; "
+                     "PSF files with words behind \"PSF\" (EXT, CMAP) and DCD files with fixed atoms or numbers of 8 "
+                     "bytes cannot be read",
+            .capacity = {.everything = false,
+                         .levels = {"residues", "angles", "dihedrals", "imp_dihedrals", "donors", "acceptors"},
+                         .atomAttributes = {"type", "type_name", "atomic_number", "radius", "charge", "mass"},
+                         .bondAttributes = {},
+                         .dataItems = false},
+            .read = readCharmm,
+            .write = nullptr,
+        },
+        {
             .name = "qlt",
             .extensions = {".qlt"},
             .companions = {},

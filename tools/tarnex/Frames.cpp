@@ -34,9 +34,14 @@ public:
                                           static_cast<float>(transfer.totalSteps));
         if (transfer.console.wasInterrupted(1) || step < 0 || step >= count) return false;
         int const sourceStep = first + step * stride;
-        if (source->getTimeStep(sourceStep, molecule)) return true;
+        std::string reason;
+        try {
+            if (source->getTimeStep(sourceStep, molecule)) return true;
+        } catch (...) {
+            reason = ": " + reasonOfCurrentException();
+        }
         transfer.failure.emplace(file, "step " + std::to_string(sourceStep) + " of \"" +
-                                           source->getTopology()->getName() + "\" cannot be read");
+                                           source->getTopology()->getName() + "\" cannot be read" + reason);
         return false;
     }
 

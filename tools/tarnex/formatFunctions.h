@@ -12,6 +12,7 @@ void readPdb(FileNames const& files, Document& document, Console& console);
 void writePdb(Bundle const& bundle, OutputFile const& output, Console& console);
 
 void readAmber(FileNames const& files, Document& document, Console& console);
+void readCharmm(FileNames const& files, Document& document, Console& console);
 
 void readQlt(FileNames const& files, Document& document, Console& console);
 void writeQlt(Bundle const& bundle, OutputFile const& output, Console& console);

@@ -10,9 +10,11 @@ MolTrajectoryMem::MolTrajectoryMem(Molecule* molecule, int numSteps) : MolTrajec
 }
 
 MolTrajectoryMem::MolTrajectoryMem(MolTrajectory* source) : MolTrajectory(source->getTopology()) {
-    steps.resize(source->getNumTimeSteps());
     Molecule molecule(topology, false);
-    for (int i = 0; i < steps.size; ++i) {
+    int const numSteps = source->getNumTimeSteps();
+    // A file may state more steps than it has; the source tells when it gets there.
+    for (int i = 0; i < numSteps; ++i) {
+        steps.resize(i + 1);
         steps[i].readable = source->getTimeStep(i, &molecule);
         if (steps[i].readable) steps[i].coords = molecule.coords;
     }

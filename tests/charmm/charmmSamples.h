@@ -65,11 +65,11 @@ struct DcdBytes {
     std::string header() {
         bytes.clear();
         std::vector<std::int32_t> control(21, 0);
-        control[0] = 0x44524f43;
         control[1] = statedFrames < 0 ? numFrames : statedFrames;
         control[11] = unitCell;
         control[12] = fourthDimension;
         addRecord(control);
+        bytes.replace(4, 4, "CORD");
         std::vector<std::int32_t> title(1 + 20 * static_cast<std::size_t>(std::max(numTitleLines, 0)));
         title[0] = numTitleLines;
         addRecord(title);

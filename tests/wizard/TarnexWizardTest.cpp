@@ -1,5 +1,6 @@
 #include "wizard/TarnexWizard.h"
 
+#include "charmm/charmmSamples.h"
 #include "mdl/MDLIO.h"
 #include "model/MolTrajectoryMem.h"
 #include "qlt/MolTrajectoryVRK.h"
@@ -149,6 +150,21 @@ TEST(TarnexWizard, Amber) {
                   EXPECT_EQ(Wizard::readMolTrajectory("no.crd", type, "no.top", nullptr), nullptr);
               }),
               trajectoryMessage(0, "no.crd", 1));
+}
+
+TEST(TarnexWizard, Dcd) {
+    std::string const psf = writeFile("run.psf", PsfText());
+    std::string const dcd = writeFile("run.dcd", DcdBytes());
+    McHandle<MolTrajectory> const trajectory(
+        Wizard::readMolTrajectory(psf.c_str(), Wizard::ReadTrajectories::READ_AUTO, dcd.c_str(), nullptr));
+    ASSERT_TRUE(trajectory);
+    EXPECT_EQ(trajectory->getNumTimeSteps(), 4);
+    EXPECT_EQ(readTrajectoryPrints("a.dcd", 1), trajectoryMessage(1, "a.dcd", 2));
+    EXPECT_EQ(printed([] {
+                  EXPECT_EQ(Wizard::readMolTrajectory("no.psf", Wizard::ReadTrajectories::READ_DCD, "no.dcd", nullptr),
+                            nullptr);
+              }),
+              trajectoryMessage(1, "no.psf", 1));
 }
 
 TEST(TarnexWizard, ReadingFailures) {

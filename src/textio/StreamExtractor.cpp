@@ -125,8 +125,8 @@ char const* parseFloat(char const* first, float& value) {
 namespace tarnex {
 
 StreamExtractor::StreamExtractor(std::istream& stream, std::size_t blockSize)
-    : source(stream), room(std::max<std::size_t>(blockSize, 1)), block(new char[room + padding]()), at(block.get()),
-      end(at), failed(stream.fail()), ended(stream.eof()) {}
+    : source(stream), room(std::max<std::size_t>(blockSize, 1)), block(std::make_unique<char[]>(room + padding)),
+      at(block.get()), end(at), failed(stream.fail()), ended(stream.eof()) {}
 
 StreamExtractor& StreamExtractor::operator>>(int& value) {
     if (beginsField() && !takeShort(value)) takeAny(value);
@@ -233,7 +233,7 @@ bool StreamExtractor::refill() {
     if (rest == room) {
         room *= 2;
         old = std::move(block);
-        block.reset(new char[room + padding]());
+        block = std::make_unique<char[]>(room + padding);
     }
     std::memmove(block.get(), from, rest);
     at = block.get();

@@ -31,7 +31,7 @@ void noteWarnings(std::string const& file, std::istream& lines, Console& console
     int count = 0;
     for (std::string line; std::getline(lines, line);) {
         if (line.starts_with("This is ")) continue;
-        if (++count <= mostNotes) console.note(file + ": " + line);
+        if (++count <= mostNotes) console.note(line.insert(0, file + ": "));
     }
     if (count > mostNotes) console.note(file + ": so it is " + std::to_string(count - mostNotes) + " times more");
 }

@@ -74,8 +74,10 @@ constexpr GroupSection groupSections[] = {
     {"!NACC: acceptors", "acceptors", readGroup<2>, 2},
 };
 
+/// 0 if the stream cannot tell.
 std::streamoff bytesLeft(std::istream& stream) {
     auto const here = stream.tellg();
+    if (here < 0) return 0;
     stream.seekg(0, std::ios::end);
     auto const end = stream.tellg();
     stream.seekg(here);

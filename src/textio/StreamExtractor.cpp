@@ -237,7 +237,12 @@ bool StreamExtractor::refill() {
     }
     std::memmove(block.get(), from, rest);
     at = block.get();
-    auto const got = source.rdbuf()->sgetn(block.get() + rest, static_cast<std::streamsize>(room - rest));
+    std::streamsize got = 0;
+    try {
+        got = source.rdbuf()->sgetn(block.get() + rest, static_cast<std::streamsize>(room - rest));
+    } catch (std::ios_base::failure const&) {
+        got = 0; // A file that cannot be read, as a directory, ends here.
+    }
     end = at + rest + got;
     std::memset(block.get() + rest + got, 0, padding);
     exhausted = got == 0;

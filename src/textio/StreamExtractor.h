@@ -11,8 +11,8 @@
 namespace tarnex {
 
 /// Formatted extraction as from a standard stream in the "C" locale, out of blocks: the values, the consumed characters
-/// and the state are those of `std::istream`, for every input. What has been read is ahead of the stream's own
-/// position, which is undefined while an extractor works on it.
+/// and the state are those of `std::istream`, for every input. Where the system cannot read on, the input ends. What
+/// has been read is ahead of the stream's own position, which is undefined while an extractor works on it.
 class TARNEX_API StreamExtractor {
 public:
     /// Begins at the current position of `stream`, which must outlive the extractor, and with its state. The state of

@@ -41,6 +41,13 @@ TEST(MolTrajectoryDCD, TellsTheFilesApartByTheEndsOfTheirNames) {
     EXPECT_EQ(messagesOf({"not.dcd", psf}), "Could not load \"not.dcd\"\n");
 }
 
+TEST(MolTrajectoryDCD, FoldersAreNoFiles) {
+    std::string const folder = scratchPath("folder.psf");
+    std::filesystem::create_directories(folder);
+    OpenedTrajectory const opened(std::vector{writeFile("in.dcd", DcdBytes()), folder});
+    EXPECT_EQ(opened.messages, dataException("Expected token PSF not found in psf-file"));
+}
+
 TEST(MolTrajectoryDCD, TakesBothOrdersOfNamesOfTheSameLength) {
     std::string const psf = writeFile("a.psf", PsfText());
     std::string const dcd = writeFile("b.dcd", DcdBytes());

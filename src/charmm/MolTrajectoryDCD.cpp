@@ -174,7 +174,7 @@ void MolTrajectoryDCD::readDCD() {
     numTimeSteps = toNative(intAt<std::int32_t>(header + numFramesOffset));
 
     readInt();
-    std::streamoff const numTitleLines = readInt();
+    std::streamoff const numTitleLines = std::max(readInt(), 0);
     dcdStream->seekg(titleLineSize * numTitleLines + 4, std::ios::cur);
     readInt();
     int const dcdAtoms = readInt();
@@ -197,8 +197,9 @@ std::streamoff MolTrajectoryDCD::endOfFrame(std::streamoff start) {
 }
 
 void MolTrajectoryDCD::setDCDPosition(int step) {
+    if (!dcdStream) return;
     dcdStream->clear();
-    if (step >= framePositions.size) {
+    if (step >= framePositions.size && framePositions.size > 0) {
         dcdStream->seekg(0, std::ios::end);
         std::streamoff const end = dcdStream->tellg();
         while (step >= framePositions.size) {

@@ -9,6 +9,7 @@
 #include "chemistry/BondCalc.h"
 #include "chemistry/ElementTable.h"
 #include "chemistry/Resource.h"
+#include "formats/UniChemIO.h"
 #include "foundation/McBitfield.h"
 #include "foundation/McDArray.h"
 #include "foundation/McException.h"
@@ -39,4 +40,5 @@
 #include "textio/numberText.h"
 #include "textio/tokenizer.h"
 #include "textio/writer.h"
+#include "tripos/TriposIO.h"
 #include "wizard/TarnexWizard.h"

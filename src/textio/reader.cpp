@@ -61,6 +61,16 @@ std::size_t reader::fill(std::size_t wanted) {
     return held;
 }
 
+int reader::believableCount(int count) const {
+    constexpr int alwaysBelieved = 1000000;
+    if (count <= alwaysBelieved) return count;
+    long const place = file ? std::ftell(file) : -1;
+    if (place < 0 || std::fseek(file, 0, SEEK_END) != 0) return alwaysBelieved;
+    long const bytes = std::ftell(file);
+    std::fseek(file, place, SEEK_SET);
+    return static_cast<int>(std::clamp<long>(bytes, alwaysBelieved, count));
+}
+
 void reader::nextLine() {
     buffer[0] = '\0';
     do {

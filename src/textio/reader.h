@@ -41,6 +41,10 @@ public:
 
     bool isOpen() const { return file != nullptr; }
 
+    /// `count`, but no more records than are believed of this file: a million, or its number of bytes if that is more.
+    /// So a count that lies cannot make a format allocate or loop out of proportion.
+    int believableCount(int count) const;
+
     /// Moves to the start of the next line and empties `buffer`. A last line without line end sets `eof` and is not
     /// counted.
     void nextLine();

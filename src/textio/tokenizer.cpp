@@ -33,7 +33,7 @@ void tokenizer::skipBlanks() {
 }
 
 /// The text returned is that of `buffer`, but stands in the block if it can.
-std::string_view tokenizer::storeToken() {
+std::string_view tokenizer::takeToken() {
     skipBlanks();
     if (stopsHere()) return buffer;
     char const* end = findTokenEnd(cursor);
@@ -54,29 +54,29 @@ std::string_view tokenizer::storeToken() {
 }
 
 void tokenizer::getToken() {
-    storeToken();
+    takeToken();
 }
 
 char const* tokenizer::getString() {
-    storeToken();
+    takeToken();
     return buffer;
 }
 
 int tokenizer::getInt() {
-    std::string_view const token = storeToken();
+    std::string_view const token = takeToken();
     int value;
     return tarnex::parseShortInt(token, value) ? value : tarnex::parseInt(token);
 }
 
 float tokenizer::getFloat() {
-    std::string_view const token = storeToken();
+    std::string_view const token = takeToken();
     double value;
     return static_cast<float>(tarnex::parseShortDouble(token, value) ? value : tarnex::parseDouble(token));
 }
 
 void tokenizer::getNextToken() {
     do {
-        storeToken();
+        takeToken();
         if (buffer[0] == '\n') nextLine();
     } while (!eof && buffer[0] == '\0');
 }

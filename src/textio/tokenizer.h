@@ -15,6 +15,8 @@ public:
     void getToken();
     /// `getToken`; returns `buffer`.
     char const* getString();
+    /// `getToken`; returns the token with its length, which stays until the next call of any operation.
+    std::string_view takeToken();
     /// The next token by `strtol` with base 10.
     int getInt();
     /// The next token by `strtod`, in the "C" locale.
@@ -29,5 +31,4 @@ public:
 private:
     bool stopsHere();
     void skipBlanks();
-    std::string_view storeToken();
 };

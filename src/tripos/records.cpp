@@ -1,0 +1,153 @@
+#include "tripos/records.h"
+
+#include "textio/numberParsing.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace tarnex::tripos {
+
+namespace {
+
+// The widths of written fields. All are aligned left and cut to their width.
+
+constexpr int idWidth = 7;
+constexpr int nameWidth = 9;
+/// Of a symbol in the place of the name.
+constexpr int symbolWidth = 7;
+constexpr int coordinateWidth = 10;
+constexpr int typeWidth = 5;
+constexpr int substructureWidth = 4;
+
+constexpr int aromatic = 4;
+
+template <class Value>
+void writeField(writer& out, Value value, int width) {
+    out.writeColumns(value, 1, width, 1);
+}
+
+/// Copies the next token, up to the first `delimiter`, to `destination`.
+char const* readText(tokenizer& scanner, char (&destination)[tokenizer::maxLength], char delimiter = '\0') {
+    std::string_view const token = scanner.takeToken();
+    std::string_view const text = token.substr(0, token.find(delimiter));
+    std::memcpy(destination, text.data(), text.size());
+    destination[text.size()] = '\0';
+    return destination;
+}
+
+} // namespace
+
+CountsLine CountsLine::read(tokenizer& scanner) {
+    CountsLine line;
+    line.numAtoms = std::max(scanner.getInt(), 0);
+    line.numBonds = std::max(scanner.getInt(), 0);
+    line.numSubstructures = std::max(scanner.getInt(), 0);
+    return line;
+}
+
+void CountsLine::write(writer& out) const {
+    out.write(numAtoms);
+    out.write(" ");
+    out.write(numBonds);
+    out.write(" ");
+    out.write(numSubstructures);
+    out.write(" 0 0\n");
+}
+
+TypeLines TypeLines::read(tokenizer& scanner) {
+    TypeLines lines;
+    scanner.nextLine();
+    scanner.getToken();
+    lines.molecule = scanner.equals("SMALL") ? SMALL : OTHER;
+    scanner.nextLine();
+    scanner.getToken();
+    lines.hasCharges = !scanner.equals("NO_CHARGES");
+    return lines;
+}
+
+void TypeLines::write(writer& out) const {
+    if (molecule != OTHER) out.write(molecule == SMALL ? "SMALL" : "PROTEIN");
+    out.write(hasCharges ? "\nUSER_CHARGES\n\n" : "\nNO_CHARGES\n\n");
+}
+
+AtomLine AtomLine::read(tokenizer& scanner, AtomColumns columns, Texts& texts) {
+    AtomLine line;
+    line.id = scanner.getInt();
+    line.name = readText(scanner, texts.name);
+    line.position.x = scanner.getFloat();
+    line.position.y = scanner.getFloat();
+    line.position.z = scanner.getFloat();
+    line.element = readText(scanner, texts.element, '.');
+    if (columns.substructure) {
+        line.substructure = scanner.getInt();
+        line.substructureName = readText(scanner, texts.substructure);
+    } else if (columns.charge) {
+        scanner.takeToken();
+        scanner.takeToken();
+    }
+    if (columns.charge) line.charge = scanner.getFloat();
+    return line;
+}
+
+void AtomLine::write(writer& out, AtomColumns columns) const {
+    writeField(out, id, idWidth);
+    out.write(" ", 1);
+    if (*name)
+        writeField(out, name, nameWidth);
+    else
+        writeField(out, element, symbolWidth);
+    for (float const coordinate : {position.x, position.y, position.z}) {
+        out.write(" ", 1);
+        writeField(out, coordinate, coordinateWidth);
+    }
+    out.write(" ", 1);
+    writeField(out, *type ? type : element, typeWidth);
+    if (columns.substructure) {
+        out.write(" ", 1);
+        writeField(out, substructure, substructureWidth);
+        out.write(" ", 1);
+        out.write(substructureName);
+    } else {
+        out.write(" 1 UNK");
+    }
+    if (columns.charge) {
+        out.write(" ", 1);
+        out.write(charge);
+    }
+    out.write("\n", 1);
+}
+
+void BondLine::readFirstAtom(tokenizer& scanner) {
+    scanner.takeToken();
+    firstAtom = scanner.getInt();
+}
+
+void BondLine::readSecondAtom(tokenizer& scanner) {
+    secondAtom = scanner.getInt();
+}
+
+void BondLine::readType(tokenizer& scanner) {
+    std::string_view const token = scanner.takeToken();
+    if (scanner.equals("ar")) {
+        type = aromatic;
+        return;
+    }
+    int const number = tarnex::parseInt(token);
+    type = number >= 1 && number <= aromatic ? number : 1;
+}
+
+void BondLine::write(writer& out, bool withType) const {
+    writeField(out, id, idWidth);
+    out.write(" ", 1);
+    out.write(std::min(firstAtom, secondAtom));
+    out.write(" ", 1);
+    out.write(std::max(firstAtom, secondAtom));
+    out.write(" ", 1);
+    if (withType && type == aromatic)
+        out.write("ar", 2);
+    else if (withType)
+        out.write(type);
+    out.write("\n", 1);
+}
+
+} // namespace tarnex::tripos

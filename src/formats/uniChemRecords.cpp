@@ -1,5 +1,7 @@
 #include "formats/uniChemRecords.h"
 
+#include "textio/LineTokens.h"
+
 #include <algorithm>
 
 namespace tarnex::unichem {
@@ -26,10 +28,11 @@ void CountLine::write(writer& out, char const* keyword, char const* name, char c
 
 AtomLine AtomLine::read(tokenizer& scanner) {
     AtomLine line;
-    line.atomicNumber = scanner.getInt();
-    line.position.x = scanner.getFloat();
-    line.position.y = scanner.getFloat();
-    line.position.z = scanner.getFloat();
+    LineTokens tokens(scanner, 4);
+    line.atomicNumber = tokens.nextInt();
+    line.position.x = tokens.nextFloat();
+    line.position.y = tokens.nextFloat();
+    line.position.z = tokens.nextFloat();
     return line;
 }
 
@@ -44,9 +47,10 @@ void AtomLine::write(writer& out) const {
 
 BondLine BondLine::read(tokenizer& scanner) {
     BondLine line;
-    line.firstAtom = scanner.getInt();
-    line.secondAtom = scanner.getInt();
-    line.type = scanner.getInt();
+    LineTokens tokens(scanner, 3);
+    line.firstAtom = tokens.nextInt();
+    line.secondAtom = tokens.nextInt();
+    line.type = tokens.nextInt();
     if (line.type == 0) line.type = 1;
     return line;
 }

@@ -125,18 +125,27 @@ void reader::getStreamPos(long& position) {
     positions[position] = lineNumber;
 }
 
-void reader::setStreamPos(long position) {
+void reader::moveTo(long offset) {
     long const blockLimit = blockOffset + (blockEnd - block.get());
-    if (position >= blockOffset && position <= blockLimit) {
-        cursor = block.get() + (position - blockOffset);
+    if (offset >= blockOffset && offset <= blockLimit) {
+        cursor = block.get() + (offset - blockOffset);
         eof = false;
-    } else if (file && std::fseek(file, position, SEEK_SET) == 0) {
-        blockOffset = position;
+    } else if (file && std::fseek(file, offset, SEEK_SET) == 0) {
+        blockOffset = offset;
         cursor = blockEnd = block.get();
         exhausted = false;
         eof = false;
     }
+}
+
+void reader::setStreamPos(long position) {
+    moveTo(position);
     lineNumber = positions[position];
+}
+
+void reader::returnTo(Place const& place) {
+    moveTo(place.offset);
+    lineNumber = place.lineNumber;
 }
 
 std::size_t reader::takeLine(char* destination) {

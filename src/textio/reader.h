@@ -70,6 +70,16 @@ public:
     /// offset that cannot be reached leaves the place and `eof` as they are.
     void setStreamPos(long position);
 
+    /// A place in the file and the line that it is in.
+    struct Place {
+        long offset;
+        int lineNumber;
+    };
+    /// The current place; nothing is recorded.
+    Place place() const { return {tell(), lineNumber}; }
+    /// As `setStreamPos`, with the line number of the place.
+    void returnTo(Place const& place);
+
     /// True if `buffer` is exactly `text`.
     bool equals(char const* text) const;
     /// True if `buffer` has only digits behind an optional sign; also for the empty string and a lone sign.
@@ -79,8 +89,9 @@ public:
     bool isFloat() const;
 
 protected:
-    /// Characters behind the end of the block that may be looked at, by code that takes several at once.
-    static constexpr std::size_t slack = 16;
+    /// Characters behind the end of the block that may be looked at, by code that takes several at once. They are line
+    /// ends.
+    static constexpr std::size_t slack = 64;
 
     /// Makes the next `wanted` characters stand in the block behind `cursor`, or all that are left if they are fewer.
     /// `wanted` is at most `maxLength`. Returns how many of them there are. Pointers into the block become invalid.
@@ -92,8 +103,9 @@ protected:
 
     /// Puts `length` characters of the block, at most `maxLength`, into `buffer` and terminates them.
     void keep(char const* text, std::size_t length) {
-        if (length <= slack) {
-            std::memcpy(buffer, text, slack);
+        constexpr std::size_t usualLength = 16;
+        if (length <= usualLength) {
+            std::memcpy(buffer, text, usualLength);
         } else {
             std::memcpy(buffer, text, length);
         }
@@ -116,6 +128,7 @@ protected:
 
 private:
     std::size_t fill(std::size_t wanted);
+    void moveTo(long offset);
     void skipPastBlock(std::ptrdiff_t n);
     std::int64_t skipPlainLines(std::int64_t count);
 

@@ -1,14 +1,13 @@
 #include "textio/tokenizer.h"
 
+#include "textio/SeparatorWindow.h"
 #include "textio/numberParsing.h"
 #include "textio/plainNumber.h"
 #include "textio/textScan.h"
 
-namespace {
+using tarnex::isSeparator;
 
-bool isSeparator(char c) {
-    return c == ' ' || c == '\t';
-}
+namespace {
 
 /// The first blank, tab or line end; one of them is known to follow.
 char const* findTokenEnd(char const* c) {
@@ -51,6 +50,24 @@ std::string_view tokenizer::takeToken() {
     keep(cursor, length);
     cursor = end != blockEnd && isSeparator(*end) ? end + 1 : end;
     return token;
+}
+
+int tokenizer::takeTokens(Token* tokens, int count) {
+    char const* place = cursor;
+    int taken = 0;
+    while (taken < count) {
+        tarnex::SeparatorWindow window(place);
+        int const takenAhead = taken;
+        while (taken < count && window.take(tokens[taken].begin, tokens[taken].end)) ++taken;
+        if (taken == takenAhead) break;
+        place = tokens[taken - 1].end;
+    }
+    // Behind the block are line ends, which may be none of the file.
+    while (taken > 0 && tokens[taken - 1].end >= blockEnd) --taken;
+    if (taken == 0) return 0;
+    place = tokens[taken - 1].end;
+    cursor = isSeparator(*place) ? place + 1 : place;
+    return taken;
 }
 
 void tokenizer::getToken() {

@@ -28,6 +28,15 @@ public:
     /// The rest of the line exactly as it stands; "\n" if there is none.
     char const* getUntrimmedLineString();
 
+    struct Token {
+        char const* begin;
+        char const* end;
+    };
+    /// Passes up to `count` tokens of the current line, all at once, and returns how many. They stay until the next
+    /// call of any operation; `buffer` stays as it is. What is behind them, if they are fewer, is to be taken one by
+    /// one: the end of the line or of the file, or a token that is long or crosses the block.
+    int takeTokens(Token* tokens, int count);
+
 private:
     bool stopsHere();
     void skipBlanks();

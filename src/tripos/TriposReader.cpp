@@ -93,12 +93,11 @@ void MoleculeReader::readHeader() {
     counts = tarnex::tripos::CountsLine::read(scanner);
     makeRoom();
     // The search for the atoms goes on from here, since an empty line may stand in the place of the types.
-    long behindCounts = 0;
-    scanner.getStreamPos(behindCounts);
+    reader::Place const behindCounts = scanner.place();
     auto const types = tarnex::tripos::TypeLines::read(scanner);
     columns = {counts.numSubstructures > 0, types.hasCharges};
     makeAttributes(types);
-    scanner.setStreamPos(behindCounts);
+    scanner.returnTo(behindCounts);
 }
 
 void MoleculeReader::makeRoom() {
@@ -191,13 +190,14 @@ bool MoleculeReader::readBonds() {
 /// False if the first atom is unknown. A bond without a second one is dropped as well.
 bool MoleculeReader::readBond() {
     tarnex::tripos::BondLine line;
-    line.readFirstAtom(scanner);
+    tarnex::LineTokens tokens(scanner, tarnex::tripos::BondLine::numTokens);
+    line.readFirstAtom(tokens);
     int const first = atomIds.find(line.firstAtom);
     if (first < 0) return false;
-    line.readSecondAtom(scanner);
+    line.readSecondAtom(tokens);
     int const second = line.secondAtom > 0 ? atomIds.find(line.secondAtom) : -1;
     if (second < 0) return true;
-    line.readType(scanner);
+    line.readType(tokens);
     int const bond = topology->addBond(new (topology->groupPool) MtBond(first, second)).groupIx;
     bondTypes->setValue(bond, line.type);
     return true;

@@ -1,6 +1,6 @@
 #include "tripos/records.h"
 
-#include "textio/numberParsing.h"
+#include "textio/LineTokens.h"
 
 #include <algorithm>
 #include <cstring>
@@ -26,12 +26,10 @@ void writeField(writer& out, Value value, int width) {
     out.writeColumns(value, 1, width, 1);
 }
 
-/// Copies the next token, up to the first `delimiter`, to `destination`.
-char const* readText(tokenizer& scanner, char (&destination)[tokenizer::maxLength], char delimiter = '\0') {
-    std::string_view const token = scanner.takeToken();
-    std::string_view const text = token.substr(0, token.find(delimiter));
-    std::memcpy(destination, text.data(), text.size());
-    destination[text.size()] = '\0';
+/// Copies a token to `destination`.
+char const* keep(std::string_view token, char (&destination)[tokenizer::maxLength]) {
+    std::memcpy(destination, token.data(), token.size());
+    destination[token.size()] = '\0';
     return destination;
 }
 
@@ -72,20 +70,22 @@ void TypeLines::write(writer& out) const {
 
 AtomLine AtomLine::read(tokenizer& scanner, AtomColumns columns, Texts& texts) {
     AtomLine line;
-    line.id = scanner.getInt();
-    line.name = readText(scanner, texts.name);
-    line.position.x = scanner.getFloat();
-    line.position.y = scanner.getFloat();
-    line.position.z = scanner.getFloat();
-    line.element = readText(scanner, texts.element, '.');
+    LineTokens tokens(scanner, 6 + (columns.substructure || columns.charge ? 2 : 0) + (columns.charge ? 1 : 0));
+    line.id = tokens.nextInt();
+    line.name = keep(tokens.next(), texts.name);
+    line.position.x = tokens.nextFloat();
+    line.position.y = tokens.nextFloat();
+    line.position.z = tokens.nextFloat();
+    std::string_view const type = tokens.next();
+    line.element = keep(type.substr(0, type.find('.')), texts.element);
     if (columns.substructure) {
-        line.substructure = scanner.getInt();
-        line.substructureName = readText(scanner, texts.substructure);
+        line.substructure = tokens.nextInt();
+        line.substructureName = keep(tokens.next(), texts.substructure);
     } else if (columns.charge) {
-        scanner.takeToken();
-        scanner.takeToken();
+        tokens.next();
+        tokens.next();
     }
-    if (columns.charge) line.charge = scanner.getFloat();
+    if (columns.charge) line.charge = tokens.nextFloat();
     return line;
 }
 
@@ -117,18 +117,19 @@ void AtomLine::write(writer& out, AtomColumns columns) const {
     out.write("\n", 1);
 }
 
-void BondLine::readFirstAtom(tokenizer& scanner) {
-    scanner.takeToken();
-    firstAtom = scanner.getInt();
+void BondLine::readFirstAtom(LineTokens& tokens) {
+    tokens.next();
+    firstAtom = tokens.nextInt();
 }
 
-void BondLine::readSecondAtom(tokenizer& scanner) {
-    secondAtom = scanner.getInt();
+void BondLine::readSecondAtom(LineTokens& tokens) {
+    secondAtom = tokens.nextInt();
 }
 
-void BondLine::readType(tokenizer& scanner) {
-    std::string_view const token = scanner.takeToken();
-    if (scanner.equals("ar")) {
+void BondLine::readType(LineTokens& tokens) {
+    std::string_view const token = tokens.next();
+    // Anything behind a NUL is none of a text.
+    if (token.substr(0, token.find('\0')) == "ar") {
         type = aromatic;
         return;
     }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "foundation/McVec3f.h"
-#include "textio/tokenizer.h"
+#include "textio/LineTokens.h"
 #include "textio/writer.h"
 
 /// The lines of a mol2 file ("Tripos Mol2 File Format", Tripos Inc.). Each has a function that reads it, and leaves the
@@ -81,9 +81,11 @@ struct BondLine {
     int type = 1;
 
     /// Passes the id as well, which is not kept.
-    void readFirstAtom(tokenizer& scanner);
-    void readSecondAtom(tokenizer& scanner);
-    void readType(tokenizer& scanner);
+    void readFirstAtom(LineTokens& tokens);
+    void readSecondAtom(LineTokens& tokens);
+    void readType(LineTokens& tokens);
+    static constexpr int numTokens = 4;
+
     /// Without `withType` the line ends behind the blank ahead of the type.
     void write(writer& out, bool withType) const;
 };

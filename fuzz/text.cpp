@@ -3,11 +3,13 @@
 
 #include "amber/AMBERread.h"
 #include "chemistry/Resource.h"
+#include "formats/UniChemIO.h"
 #include "mdl/MDLIO.h"
 #include "model/MolTrajectoryMem.h"
 #include "pdb/PDBread.h"
 #include "pdb/PDBwrite.h"
 #include "qlt/MolTrajectoryVRK.h"
+#include "tripos/TriposIO.h"
 
 #include <cstdlib>
 #include <filesystem>
@@ -24,6 +26,8 @@ std::string nameOf(char const* purpose) {
     return folder + std::to_string(getpid()) + purpose;
 }
 
+enum Format : unsigned char { SDF, PDB, AMBER, MOL2, UNICHEM, numFormats };
+
 /// The file is topology, restart file and trajectory in one. Topologies of a few bytes may have a million atoms.
 void readAmber(char const* file, Bundle& bundle) {
     AMBERread amber(nullptr, nullptr);
@@ -33,15 +37,31 @@ void readAmber(char const* file, Bundle& bundle) {
     if (molecule.getNumAtoms() < 1000) bundle.append(trajectory);
 }
 
-Bundle read(std::string const& file, unsigned char format) {
+Bundle readUniChem(char const* file) {
+    Bundle bundle;
+    McHandle<Molecule> const molecule(UniChemIO(nullptr, nullptr).readUniChemMolecule(file));
+    if (molecule) bundle.append(new MolTrajectoryMem(molecule, 1));
+    return bundle;
+}
+
+Bundle read(std::string const& file, unsigned format) {
     Bundle bundle;
     try {
-        if (format % 3 == 0)
-            bundle = MDLIO(nullptr, nullptr).readMDLMolTrajectoryBundle(file.c_str());
-        else if (format % 3 == 2)
+        switch (format % numFormats) {
+        case SDF:
+            return MDLIO(nullptr, nullptr).readMDLMolTrajectoryBundle(file.c_str());
+        case AMBER:
             readAmber(file.c_str(), bundle);
-        else
+            break;
+        case PDB:
             PDBread(nullptr, nullptr).readPDBMolTrajectoryBundle(file.c_str(), bundle);
+            break;
+        case MOL2:
+            TriposIO(nullptr, nullptr).readTriposBundle(file.c_str(), bundle);
+            break;
+        default:
+            return readUniChem(file.c_str());
+        }
     } catch (Parse_Error const&) {
         bundle.clear();
     }
@@ -51,9 +71,15 @@ Bundle read(std::string const& file, unsigned char format) {
 void write(MolTrajectory& trajectory, std::string const& file) {
     MolTrajectoryMem steps(&trajectory);
     PDBwrite pdb(molchem::Resource::getInstance()->residueDatabase, nullptr, nullptr);
-    if (pdb.writePDBMolTrajectory(&steps, file.c_str(), false)) read(file, 1);
+    if (pdb.writePDBMolTrajectory(&steps, file.c_str(), false)) read(file, PDB);
     try {
-        if (MDLIO(nullptr, nullptr).writeMDLMolTrajectory(&steps, file.c_str())) read(file, 0);
+        if (MDLIO(nullptr, nullptr).writeMDLMolTrajectory(&steps, file.c_str())) read(file, SDF);
+        McDArray<MolObject*> objects;
+        objects.append(&steps);
+        if (TriposIO(nullptr, nullptr).writeTriposBundle(objects, file.c_str())) read(file, MOL2);
+        Molecule molecule(steps.getTopology(), false);
+        steps.getTimeStep(0, &molecule);
+        if (UniChemIO(nullptr, nullptr).writeUniChemMolecule(&molecule, file.c_str())) read(file, UNICHEM);
     } catch (FloatConversion_Error const&) {
         return;
     }

@@ -3,11 +3,13 @@
 #include "amber/AMBERread.h"
 #include "charmm/MolTrajectoryDCD.h"
 #include "chemistry/Resource.h"
+#include "formats/UniChemIO.h"
 #include "mdl/MDLIO.h"
 #include "model/MolTrajectoryMem.h"
 #include "pdb/PDBread.h"
 #include "pdb/PDBwrite.h"
 #include "qlt/MolTrajectoryVRK.h"
+#include "tripos/TriposIO.h"
 
 #include <cstdio>
 #include <cstring>
@@ -91,6 +93,14 @@ Molecule* readPdbMolecule(char const* name, char const*) {
     return firstMolecule(bundle);
 }
 
+Molecule* readTriposMolecule(char const* name, char const*) {
+    return TriposIO(nullptr, nullptr).readTriposMolecule(name);
+}
+
+Molecule* readUniChemMolecule(char const* name, char const*) {
+    return UniChemIO(nullptr, nullptr).readUniChemMolecule(name);
+}
+
 Molecule* readQltMolecule(char const* name, char const*) {
     Bundle bundle;
     MolTrajectoryVRK::readBundle(name, bundle);
@@ -129,6 +139,10 @@ MolTrajectory* readDcdTrajectory(char const* name, char const* second, char cons
     return trajectory;
 }
 
+void readTriposBundle(char const* name, Bundle& bundle) {
+    TriposIO(nullptr, nullptr).readTriposBundle(name, bundle);
+}
+
 void readQltBundle(char const* name, Bundle& bundle) {
     MolTrajectoryVRK::readBundle(name, bundle);
 }
@@ -147,6 +161,8 @@ constexpr MoleculeReader moleculeReaders[] = {
     {Molecules::READ_AMBER, readAmberMolecule},
     {Molecules::READ_MDL, readMdlMolecule},
     {Molecules::READ_PDB, readPdbMolecule},
+    {Molecules::READ_TRIPOS, readTriposMolecule},
+    {Molecules::READ_UNICHEM, readUniChemMolecule},
     {Molecules::READ_QLT, readQltMolecule},
 };
 
@@ -191,6 +207,7 @@ struct BundleReader {
 constexpr BundleReader bundleReaders[] = {
     {Bundles::READ_PDB, readPdbBundle},
     {Bundles::READ_QLT, readQltBundle},
+    {Bundles::READ_TRIPOS, readTriposBundle},
 };
 
 constexpr ExtensionRule<Bundles> bundleRules[] = {
@@ -225,6 +242,23 @@ bool writePdbBundle(Bundle const& bundle, char const* name) {
     return writePdbTrajectory(bundle.size > 0 ? static_cast<MolTrajectory*>(bundle[0]) : nullptr, name);
 }
 
+bool writeTriposMolecule(Molecule* molecule, char const* name) {
+    return TriposIO(nullptr, nullptr).writeTriposMolecule(molecule, name);
+}
+
+/// Trajectories that are no objects with coordinates at hand are passed over.
+bool writeTriposBundle(Bundle const& bundle, char const* name) {
+    McDArray<MolObject*> objects;
+    for (MolTrajectory* trajectory : bundle) {
+        if (auto* object = dynamic_cast<MolObject*>(trajectory)) objects.append(object);
+    }
+    return TriposIO(nullptr, nullptr).writeTriposBundle(objects, name);
+}
+
+bool writeUniChemMolecule(Molecule* molecule, char const* name) {
+    return UniChemIO(nullptr, nullptr).writeUniChemMolecule(molecule, name);
+}
+
 bool writeNoBundle(Bundle const&, char const*) {
     return false;
 }
@@ -238,6 +272,8 @@ struct WriterEntry {
 constexpr WriterEntry<TarnexWizard::WriteMolecules, Molecule*> moleculeWriters[] = {
     {TarnexWizard::WriteMolecules::WRITE_MDL, writeMdlMolecule},
     {TarnexWizard::WriteMolecules::WRITE_PDB, writePdbMolecule},
+    {TarnexWizard::WriteMolecules::WRITE_TRIPOS, writeTriposMolecule},
+    {TarnexWizard::WriteMolecules::WRITE_UNICHEM, writeUniChemMolecule},
     {TarnexWizard::WriteMolecules::WRITE_QLT, MolTrajectoryVRK::writeQLTMolecule},
 };
 
@@ -250,6 +286,7 @@ constexpr WriterEntry<TarnexWizard::WriteTrajectories, MolTrajectory*> trajector
 constexpr WriterEntry<TarnexWizard::WriteBundles, Bundle const&> bundleWriters[] = {
     {TarnexWizard::WriteBundles::WRITE_PDB, writePdbBundle},
     {TarnexWizard::WriteBundles::WRITE_QLT, writeNoBundle},
+    {TarnexWizard::WriteBundles::WRITE_TRIPOS, writeTriposBundle},
 };
 
 } // namespace

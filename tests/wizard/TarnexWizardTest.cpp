@@ -167,6 +167,32 @@ TEST(TarnexWizard, Dcd) {
               trajectoryMessage(1, "no.psf", 1));
 }
 
+TEST(TarnexWizard, TriposAndUniChem) {
+    std::string const sdfFile = writeFile("two.sdf", sdf(2));
+    std::string const mol2 = scratchPath("two.mol2");
+    std::string const uni = scratchPath("one.uni");
+    auto bundle = MDLIO(nullptr, nullptr).readMDLMolTrajectoryBundle(sdfFile.c_str());
+    bundle.append(nullptr);
+    EXPECT_NE(Wizard::writeBundle(mol2.c_str(), bundle, Wizard::WriteBundles::WRITE_TRIPOS), 0);
+    EXPECT_EQ(Wizard::readBundle(mol2.c_str(), Wizard::ReadBundles::READ_TRIPOS).size, 2);
+    EXPECT_EQ(Wizard::writeBundle("/no/x", bundle, Wizard::WriteBundles::WRITE_TRIPOS), 0);
+
+    auto const read = [](std::string const& file) {
+        return std::unique_ptr<Molecule>(Wizard::readMolecule(file.c_str(), Wizard::ReadMolecules::READ_AUTO, nullptr));
+    };
+    auto const first = read(mol2);
+    ASSERT_TRUE(first);
+    EXPECT_EQ(first->refCount, 0);
+    EXPECT_NE(Wizard::writeMolecule(uni.c_str(), first.get(), Wizard::WriteMolecules::WRITE_UNICHEM), 0);
+    EXPECT_NE(Wizard::writeMolecule(mol2.c_str(), first.get(), Wizard::WriteMolecules::WRITE_TRIPOS), 0);
+    EXPECT_EQ(Wizard::readBundle(mol2.c_str(), Wizard::ReadBundles::READ_TRIPOS).size, 1);
+    auto const same = read(uni);
+    ASSERT_TRUE(same);
+    EXPECT_EQ(same->getNumAtoms(), 1);
+    EXPECT_EQ(readMoleculePrints("no.mol2", 8), moleculeMessage(5, "no.mol2", 1));
+    EXPECT_EQ(readMoleculePrints("no.uni", 8), moleculeMessage(6, "no.uni", 1));
+}
+
 TEST(TarnexWizard, ReadingFailures) {
     EXPECT_EQ(readMoleculePrints("no.sdf", 8), moleculeMessage(3, "no.sdf", 1));
     EXPECT_EQ(readMoleculePrints("no.qlt", 7), moleculeMessage(7, "no.qlt", 1));

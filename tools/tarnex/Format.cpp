@@ -88,6 +88,41 @@ std::vector<Format> const& formats() {
             .write = nullptr,
         },
         {
+            .name = "mol2",
+            .extensions = {".mol2"},
+            .companions = {},
+            .description = "Tripos mol2 file",
+            .keeps = "elements, positions to 10 characters, atom names to 9 characters, partial charges to 6 decimals, "
+                     "bonds with types 1 to 4, residues that are ranges of atoms, molecule names; each step becomes a "
+                     "molecule",
+            .loses = "atom types beyond the element, amide bonds (which become single), the numbering of residues, "
+                     "other records; residues beyond 9,999 run together",
+            .capacity = {.everything = false,
+                         .levels = {"residues"},
+                         .atomAttributes = {"type", "atomic_number", "radius", "charge"},
+                         .bondAttributes = {"type"},
+                         .dataItems = false,
+                         .dataNames = {"name"}},
+            .read = readMol2,
+            .write = writeMol2,
+        },
+        {
+            .name = "unichem",
+            .extensions = {".uni"},
+            .companions = {},
+            .description = "UniChem file",
+            .keeps = "elements, positions to 10 characters, bonds and their types; one molecule to a file",
+            .loses = "names of atoms and of the molecule, charges, residues, attributes, internal coordinates, the job "
+                     "section; of a trajectory all but one step",
+            .capacity = {.everything = false,
+                         .levels = {},
+                         .atomAttributes = {"atomic_number", "radius"},
+                         .bondAttributes = {"type"},
+                         .dataItems = false},
+            .read = readUniChem,
+            .write = writeUniChem,
+        },
+        {
             .name = "qlt",
             .extensions = {".qlt"},
             .companions = {},

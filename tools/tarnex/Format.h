@@ -30,6 +30,8 @@ struct Capacity {
     std::vector<std::string_view> atomAttributes;
     std::vector<std::string_view> bondAttributes;
     bool dataItems;
+    /// Those that are kept where others are not.
+    std::vector<std::string_view> dataNames = {};
 };
 
 /// A row of the table of formats. A new format is a row in Format.cpp and the two functions it names.

@@ -14,6 +14,12 @@ void writePdb(Bundle const& bundle, OutputFile const& output, Console& console);
 void readAmber(FileNames const& files, Document& document, Console& console);
 void readCharmm(FileNames const& files, Document& document, Console& console);
 
+void readMol2(FileNames const& files, Document& document, Console& console);
+void writeMol2(Bundle const& bundle, OutputFile const& output, Console& console);
+
+void readUniChem(FileNames const& files, Document& document, Console& console);
+void writeUniChem(Bundle const& bundle, OutputFile const& output, Console& console);
+
 void readQlt(FileNames const& files, Document& document, Console& console);
 void writeQlt(Bundle const& bundle, OutputFile const& output, Console& console);
 

@@ -1,3 +1,4 @@
+#include "TextOutput.h"
 #include "formatFunctions.h"
 #include "foundation/McFilename.h"
 #include "mdl/MDLIO.h"
@@ -5,7 +6,6 @@
 #include "text.h"
 
 #include <cerrno>
-#include <cstdio>
 #include <filesystem>
 #include <sstream>
 
@@ -68,16 +68,14 @@ bool hasUnusualCharge(MolTopology& topology) {
 /// The records of the output. MDLIO hears of no progress: an interrupted record would take the molecule with it.
 class RecordFile {
 public:
-    explicit RecordFile(OutputFile const& outputFile) : output(outputFile), out(outputFile.temporary().c_str()) {
-        if (!out.isOpen()) throw Failure(output.name(), errno);
-    }
+    explicit RecordFile(OutputFile const& outputFile) : output(outputFile), file(outputFile) {}
 
     void write(Molecule& molecule, std::string const& title) {
         std::string reason;
         try {
-            if (mdl.writeMDLMolecule(&molecule, title.c_str(), out)) {
-                out.write("$$$$\n");
-                requireWritten();
+            if (mdl.writeMDLMolecule(&molecule, title.c_str(), file.text())) {
+                file.text().write("$$$$\n");
+                file.requireWritten();
                 return;
             }
             reason = messages.str();
@@ -88,19 +86,11 @@ public:
         throw Failure(output.name(), "molecule \"" + title + "\": " + reason);
     }
 
-    void finish() {
-        out.flush();
-        requireWritten();
-    }
+    void finish() { file.finish(); }
 
 private:
-    /// The writer itself tells of no failure.
-    void requireWritten() const {
-        if (std::ferror(out.file)) throw Failure(output.name(), errno);
-    }
-
     OutputFile const& output;
-    writer out;
+    TextOutput file;
     std::ostringstream messages;
     MDLIO mdl{&messages, nullptr};
 };

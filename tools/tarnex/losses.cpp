@@ -29,6 +29,13 @@ void addMissing(MtGroupingLevel const& level, std::vector<std::string_view> cons
     }
 }
 
+bool hasOtherData(MolTopology const& topology, std::vector<std::string_view> const& kept) {
+    for (int i = 0; i < topology.getNumData(); ++i) {
+        if (std::find(kept.begin(), kept.end(), topology.getData(i)->getName()) == kept.end()) return true;
+    }
+    return false;
+}
+
 } // namespace
 
 std::string lossesOf(Bundle const& bundle, Format const& format) {
@@ -47,7 +54,7 @@ std::string lossesOf(Bundle const& bundle, Format const& format) {
             bool const isKept = std::find(kept.begin(), kept.end(), level.getName()) != kept.end();
             if (level.groups.size > 0 && !isKept) levels.add(level.getName());
         }
-        hasData = hasData || topology.getNumData() > 0;
+        hasData = hasData || hasOtherData(topology, format.capacity.dataNames);
     }
     std::vector<std::string> parts;
     levels.describe("the levels", parts);

@@ -51,6 +51,14 @@ std::string joined(std::vector<std::string> const& texts, std::string_view separ
     return all;
 }
 
+std::string reasonInMessages(std::string const& messages) {
+    std::string const frame = " file. ";
+    std::size_t const behindFrame = messages.rfind(frame);
+    std::string const reason =
+        behindFrame == std::string::npos ? messages : messages.substr(behindFrame + frame.size());
+    return reason.substr(0, reason.find_last_not_of(".\n") + 1);
+}
+
 std::string decimal(double value, int digits) {
     char buffer[400];
     std::snprintf(buffer, sizeof buffer, "%.*f", digits, value);

@@ -19,6 +19,9 @@ std::string counted(long long count, std::string_view thing);
 /// "a, b, c".
 std::string joined(std::vector<std::string> const& texts, std::string_view separator = ", ");
 
+/// The reason in the last message of a reader: "The file NAME is not a valid ... file. REASON in line 7.\n".
+std::string reasonInMessages(std::string const& messages);
+
 /// The number without superfluous decimals, at most `digits` of them.
 std::string decimal(double value, int digits);
 

@@ -96,10 +96,11 @@ std::vector<Format> const& formats() {
                      "bonds with types 1 to 4, residues that are ranges of atoms, molecule names; each step becomes a "
                      "molecule",
             .loses = "atom types beyond the element, amide bonds (which become single), the numbering of residues, "
-                     "other records; residues beyond 9,999 run together",
+                     "other records; residues beyond 9,999 run together; types that are not Tripos' may be read as "
+                     "other elements",
             .capacity = {.everything = false,
                          .levels = {"residues"},
-                         .atomAttributes = {"type", "atomic_number", "radius", "charge"},
+                         .atomAttributes = {"name", "type", "atomic_number", "radius", "charge"},
                          .bondAttributes = {"type"},
                          .dataItems = false,
                          .dataNames = {"name"}},

@@ -28,13 +28,13 @@ std::string nameOf(char const* purpose) {
 
 enum Format : unsigned char { SDF, PDB, AMBER, MOL2, UNICHEM, numFormats };
 
-/// The file is topology, restart file and trajectory in one. Topologies of a few bytes may have a million atoms.
+/// The file is topology, restart file and trajectory in one.
 void readAmber(char const* file, Bundle& bundle) {
     AMBERread amber(nullptr, nullptr);
     McHandle<MolTrajectory> const trajectory(amber.readAmberMolTrajectory(file, file, file));
     Molecule molecule(trajectory->getTopology(), false);
     amber.readAmberCoords(&molecule, file);
-    if (molecule.getNumAtoms() < 1000) bundle.append(trajectory);
+    bundle.append(trajectory);
 }
 
 Bundle readUniChem(char const* file) {
@@ -69,6 +69,8 @@ Bundle read(std::string const& file, unsigned format) {
 }
 
 void write(MolTrajectory& trajectory, std::string const& file) {
+    // A few bytes may count a million atoms, which would take their time.
+    if (trajectory.getTopology()->levels[0]->groups.size >= 1000) return;
     MolTrajectoryMem steps(&trajectory);
     PDBwrite pdb(molchem::Resource::getInstance()->residueDatabase, nullptr, nullptr);
     if (pdb.writePDBMolTrajectory(&steps, file.c_str(), false)) read(file, PDB);

@@ -137,7 +137,7 @@ bool FileReader::readAtoms() {
 void FileReader::passInternals() {
     auto const internals = tarnex::unichem::CountLine::read(scanner);
     scanner.nextLine();
-    for (int i = 0; i < internals.count && !scanner.eof; ++i) scanner.nextLine();
+    scanner.skipLines(internals.count);
     scanner.getNextToken();
 }
 

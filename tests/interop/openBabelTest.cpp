@@ -3,6 +3,7 @@
 #include "pdb/PDBread.h"
 #include "pdb/PDBwrite.h"
 #include "support/files.h"
+#include "tripos/TriposIO.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -14,14 +15,19 @@ namespace {
 
 using namespace tarnex::test;
 
-/// What Open Babel makes of a file in another format; its own messages are dropped.
-std::string obabel(std::string const& file, std::string const& format) {
-    std::string output;
-    FILE* pipe = popen(("obabel '" + file + "' -o" + format + " 2>/dev/null").c_str(), "r");
+/// What a command writes to standard output; its messages are dropped.
+std::string output(std::string const& command) {
+    std::string text;
+    FILE* pipe = popen((command + " 2>/dev/null").c_str(), "r");
     char block[4096];
-    while (std::size_t const count = std::fread(block, 1, sizeof block, pipe)) output.append(block, count);
+    while (std::size_t const count = std::fread(block, 1, sizeof block, pipe)) text.append(block, count);
     pclose(pipe);
-    return output;
+    return text;
+}
+
+/// What Open Babel makes of a file in another format.
+std::string obabel(std::string const& file, std::string const& format) {
+    return output("obabel '" + file + "' -o" + format);
 }
 
 /// The atoms and bonds of each record, as in columns 1 to 6 of its counts line.
@@ -56,6 +62,35 @@ TEST(OpenBabel, ReadsTheAtomsBondsAndChargesOfOurSdf) {
     // Open Babel takes the charges of the atom lines only if "M  END" has its two blanks.
     std::string const text = std::regex_replace(readFile(ours), std::regex("M END"), "M  END");
     EXPECT_EQ(smiles(writeFile("twoBlanks.sdf", text)), smiles(original));
+}
+
+/// The three molecules of the sample, with aromatic bonds, as a mol2 file of ours.
+std::string writeMol2() {
+    auto const bundle = MDLIO(nullptr, nullptr).readMDLMolTrajectoryBundle(TARNEX_EXAMPLES "/ligands.sdf");
+    McDArray<MolObject*> objects;
+    for (MolTrajectory* trajectory : bundle) objects.append(dynamic_cast<MolObject*>(trajectory));
+    std::string const file = scratchPath("ours.mol2");
+    EXPECT_TRUE(TriposIO(nullptr, nullptr).writeTriposBundle(objects, file.c_str()));
+    return file;
+}
+
+TEST(OpenBabel, CountsTheAtomsAndBondsOfOurMol2) {
+    if (std::system("command -v obabel >/dev/null") != 0) GTEST_SKIP() << "Open Babel is not installed";
+    EXPECT_EQ(counts(obabel(writeMol2(), "sdf")), counts(readFile(TARNEX_EXAMPLES "/ligands.sdf")));
+}
+
+TEST(RDKit, CountsTheAtomsAndBondsOfOurMol2) {
+    if (std::system("/usr/bin/python3 -c 'import rdkit' 2>/dev/null") != 0) GTEST_SKIP() << "RDKit is not installed";
+    // Its reader takes the first molecule of a block.
+    std::string const script = writeFile("count.py", R"(
+import sys
+from rdkit import Chem
+for block in open(sys.argv[1]).read().split('@<TRIPOS>MOLECULE')[1:]:
+    molecule = Chem.MolFromMol2Block('@<TRIPOS>MOLECULE' + block, sanitize=False, removeHs=False)
+    print('%3d%3d' % (molecule.GetNumAtoms(), molecule.GetNumBonds()))
+)");
+    EXPECT_EQ(output("/usr/bin/python3 '" + script + "' '" + writeMol2() + "'"),
+              counts(readFile(TARNEX_EXAMPLES "/ligands.sdf")));
 }
 
 /// Atoms by element and residue, as columns 18-26 and 77-78 of atom lines tell.

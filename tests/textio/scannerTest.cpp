@@ -1,4 +1,5 @@
 #include "slowScanner.h"
+#include "textio/LineTokens.h"
 #include "textio/lengthizer.h"
 #include "textio/tokenizer.h"
 
@@ -12,6 +13,7 @@
 #include <random>
 #include <string>
 #include <unistd.h>
+#include <vector>
 
 namespace {
 
@@ -68,9 +70,29 @@ void expectFloat(float value, std::string const& text) {
     EXPECT_EQ(std::bit_cast<std::uint32_t>(value), std::bit_cast<std::uint32_t>(expected)) << text;
 }
 
+/// Some tokens found at once, and one more that fills the buffer.
+void stepByTokensOfLine(tokenizer& fast, SlowScanner& slow, int number) {
+    std::vector<std::string> expected;
+    bool const refused = isRefused([&] {
+        for (int i = 0; i <= number; ++i) {
+            slow.token();
+            expected.push_back(slow.buffer);
+        }
+    });
+    EXPECT_EQ(refused, isRefused([&] {
+                  tarnex::LineTokens tokens(fast, number);
+                  for (std::size_t i = 0; i < static_cast<std::size_t>(number); ++i) {
+                      std::string const token(tokens.next());
+                      EXPECT_EQ(token, i < expected.size() ? expected[i] : "refused");
+                  }
+                  fast.getToken();
+              }));
+}
+
 /// One random operation that only this kind of scanner has, on the fast and on the slow one.
 void step(tokenizer& fast, SlowScanner& slow, Random& random) {
-    int const operation = pick(random, 6);
+    int const operation = pick(random, 8);
+    if (operation > 5) return stepByTokensOfLine(fast, slow, pick(random, 6));
     bool const refused = isRefused([&] {
         if (operation < 3) slow.token();
         if (operation == 3) slow.nextToken();
@@ -126,8 +148,11 @@ void stepCommon(reader& fast, SlowScanner& slow, Random& random, long& position)
         EXPECT_EQ(position, expected);
     } else {
         long const target = pick(random, 2) == 0 ? position : pick(random, 320) - 20;
-        fast.setStreamPos(target);
         slow.setStreamPos(target);
+        if (pick(random, 2) == 0)
+            fast.setStreamPos(target);
+        else
+            fast.returnTo({target, slow.lineNumber});
     }
 }
 
@@ -246,6 +271,18 @@ TEST(reader, skipsLinesAsOneByOne) {
             slow.skipChars(1);
         }
     }
+}
+
+TEST(reader, believesNoCountBeyondAMillionOrTheBytesOfTheFile) {
+    TextFile const text("1 2\n");
+    EXPECT_EQ(reader(text.name()).believableCount(999999), 999999);
+    EXPECT_EQ(reader(text.name()).believableCount(2000000000), 1000000);
+    std::filesystem::resize_file(text.name(), 3000000);
+    tokenizer in(text.name());
+    in.getToken();
+    EXPECT_EQ(in.believableCount(2000000), 2000000);
+    EXPECT_EQ(in.believableCount(2000000000), 3000000);
+    EXPECT_EQ(in.getInt(), 2); // the place is as it was
 }
 
 TEST(reader, returnsToPlacesBeyondFourGigabytes) {

@@ -20,11 +20,10 @@ MtFloatAttribute* MtFloatAttribute::duplicate(McDArray<MtGroup*> const& groupsOf
 
 MtStringAttribute::~MtStringAttribute() = default;
 
-void MtStringAttribute::setValue(int group, char const* value) {
+void MtStringAttribute::setValue(int group, std::string_view text) {
     if (!hasGroup(group)) return;
-    char const* text = value ? value : "";
     char const*& slot = values.at(group, room(group));
-    bool const isSame = slot ? std::strcmp(slot, text) == 0 : *text == 0;
+    bool const isSame = slot ? text == slot : text.empty();
     if (isSame) return;
     char const* stored = texts.store(text);
     if (nameIndex) nameIndex->leave(group);

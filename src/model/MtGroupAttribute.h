@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace tarnex {
 class GroupNameIndex;
@@ -124,7 +125,9 @@ public:
     ~MtStringAttribute() override;
 
     /// Keeps a copy of the text; null counts as the empty string. A group that does not exist in the level is ignored.
-    void setValue(int group, char const* value);
+    void setValue(int group, char const* value) { setValue(group, std::string_view(value ? value : "")); }
+    /// The same with a text of known length, without a NUL.
+    void setValue(int group, std::string_view text);
     /// The empty string for a value that was never set and for a group that does not exist. The pointer stays good for
     /// the life of the attribute, though the value may change.
     char const* getValue(int group) const {

@@ -15,12 +15,15 @@ constexpr std::size_t recentTexts = 1024;
 } // namespace
 
 TextStore::~TextStore() {
-    for (char* block : blocks) mcfree(block);
+    while (block) {
+        Block* const previous = block->previous;
+        mcfree(block);
+        block = previous;
+    }
 }
 
-char const* TextStore::store(char const* text) {
-    if (!*text) return "";
-    std::size_t const length = std::strlen(text);
+char const* TextStore::store(std::string_view text) {
+    if (text.empty()) return "";
     Recent* shared = nullptr;
     std::uint64_t hash = 0;
     if (++storedTexts > textsBeforeSharing) {
@@ -28,27 +31,29 @@ char const* TextStore::store(char const* text) {
             recent.resize(recentTexts);
             std::fill(recent.begin(), recent.end(), Recent{0, ""});
         }
-        hash = textHash(text, length);
+        hash = textHash(text.data(), text.size());
         shared = &recent.data[hash % recentTexts];
-        if (shared->hash == hash && std::strcmp(shared->text, text) == 0) return shared->text;
+        if (shared->hash == hash && text == shared->text) return shared->text;
     }
-    char* copy = allocate(length + 1);
-    std::memcpy(copy, text, length + 1);
+    char* copy = allocate(text.size() + 1);
+    std::memcpy(copy, text.data(), text.size());
+    copy[text.size()] = '\0';
     if (shared) *shared = {hash, copy};
     return copy;
 }
 
 char* TextStore::allocate(std::size_t bytes) {
     if (blockUsed + bytes > blockSize) {
-        blocks.reserve(blocks.size + 1);
-        std::size_t const newSize = std::max(bytes, std::clamp(2 * blockSize, firstBlockSize, largestBlockSize));
-        auto* block = static_cast<char*>(mcmalloc(newSize));
-        if (!block) throw std::bad_alloc();
-        blocks.append(block);
+        std::size_t const wanted = std::clamp(2 * blockSize, firstBlockSize, largestBlockSize);
+        std::size_t const newSize = std::max(sizeof(Block) + bytes, wanted);
+        auto* fresh = static_cast<Block*>(mcmalloc(newSize));
+        if (!fresh) throw std::bad_alloc();
+        fresh->previous = block;
+        block = fresh;
         blockSize = newSize;
-        blockUsed = 0;
+        blockUsed = sizeof(Block);
     }
-    char* place = blocks.data[blocks.size - 1] + blockUsed;
+    char* place = reinterpret_cast<char*>(block) + blockUsed;
     blockUsed += bytes;
     return place;
 }

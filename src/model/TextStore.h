@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 
 namespace tarnex {
 
@@ -16,7 +17,8 @@ public:
     TextStore& operator=(TextStore const&) = delete;
     ~TextStore();
 
-    char const* store(char const* text);
+    /// A terminated copy of a text without NUL, or an older one.
+    char const* store(std::string_view text);
 
 private:
     struct Recent {
@@ -24,9 +26,14 @@ private:
         char const* text;
     };
 
+    /// Its texts follow it in memory.
+    struct Block {
+        Block* previous;
+    };
+
     char* allocate(std::size_t bytes);
 
-    McDArray<char*> blocks;
+    Block* block = nullptr;
     std::size_t blockSize = 0;
     std::size_t blockUsed = 0;
     std::size_t storedTexts = 0;

@@ -18,6 +18,7 @@ constexpr bool isSeparator(char c) {
 
 /// Where the tokens of a short piece of text begin and end, a bit for each character. Going from token to token then
 /// needs no character of the text, so that the search for the next one does not wait for what was loaded for the last.
+/// It ends ahead of a token with a NUL.
 class SeparatorWindow {
 public:
     static constexpr std::size_t width = 64;
@@ -26,9 +27,11 @@ public:
     explicit SeparatorWindow(char const* first) : text(first) {
         std::uint64_t separators = 0;
         std::uint64_t lineEnds = 0;
-        for (std::size_t i = 0; i < width; i += step) lookAt(first + i, i, separators, lineEnds);
+        std::uint64_t nuls = 0;
+        for (std::size_t i = 0; i < width; i += step) lookAt(first + i, i, separators, lineEnds, nuls);
         std::uint64_t const outside = separators | lineEnds;
-        std::uint64_t const line = lineEnds ^ (lineEnds - 1); // up to the first line end and with it, or all
+        std::uint64_t const stops = lineEnds | nuls;
+        std::uint64_t const line = stops ^ (stops - 1); // up to the first of them and with it, or all
         begins = ~outside & (outside << 1U | 1U) & line;
         ends = outside & ~(outside << 1U | 1U) & line;
     }
@@ -47,7 +50,8 @@ private:
 #if defined(__SSE2__)
     static constexpr std::size_t step = 16;
 
-    static void lookAt(char const* piece, std::size_t place, std::uint64_t& separators, std::uint64_t& lineEnds) {
+    static void lookAt(char const* piece, std::size_t place, std::uint64_t& separators, std::uint64_t& lineEnds,
+                       std::uint64_t& nuls) {
         __m128i const characters = _mm_loadu_si128(reinterpret_cast<__m128i const*>(piece));
         auto const where = [characters](char c) { return _mm_cmpeq_epi8(characters, _mm_set1_epi8(c)); };
         auto const bits = [place](__m128i found) {
@@ -55,13 +59,16 @@ private:
         };
         separators |= bits(_mm_or_si128(where(' '), where('\t')));
         lineEnds |= bits(_mm_or_si128(where('\n'), where('\r')));
+        nuls |= bits(where('\0'));
     }
 #else
     static constexpr std::size_t step = 1;
 
-    static void lookAt(char const* piece, std::size_t place, std::uint64_t& separators, std::uint64_t& lineEnds) {
+    static void lookAt(char const* piece, std::size_t place, std::uint64_t& separators, std::uint64_t& lineEnds,
+                       std::uint64_t& nuls) {
         separators |= std::uint64_t{isSeparator(*piece)} << place;
         lineEnds |= std::uint64_t{isLineEnd(*piece)} << place;
+        nuls |= std::uint64_t{*piece == '\0'} << place;
     }
 #endif
 

@@ -79,8 +79,12 @@ void writer::writeField(char const* text, std::size_t length, long long width, u
     if (!alignRight) writeBlanks(-excess);
 }
 
+void writer::writeColumns(std::string_view text, int firstColumn, int lastColumn, unsigned short alignment) {
+    writeField(text.data(), text.size(), widthOf(firstColumn, lastColumn), alignment);
+}
+
 void writer::writeColumns(char const* text, int firstColumn, int lastColumn, unsigned short alignment) {
-    writeField(text, std::strlen(text), widthOf(firstColumn, lastColumn), alignment);
+    writeColumns(std::string_view(text), firstColumn, lastColumn, alignment);
 }
 
 void writer::writeColumns(float value, int firstColumn, int lastColumn, unsigned short alignment) {

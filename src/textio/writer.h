@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdio>
 #include <memory>
+#include <string_view>
 
 /// A text file that is written by columns. It does not know the current column: a range of columns only states a width.
 /// Nothing is reported; a file that could not be opened takes everything silently.
@@ -37,6 +38,7 @@ public:
     /// 1 left; any other value writes nothing. A text that is too long for a field of up to 99 characters is cut: to
     /// the width on the left, but to one character less on the right, so that what follows moves left by one. In a
     /// wider field it is written whole.
+    void writeColumns(std::string_view text, int firstColumn, int lastColumn, unsigned short alignment);
     void writeColumns(char const* text, int firstColumn, int lastColumn, unsigned short alignment);
     /// Writes `floatToString` of the field's width. Throws `FloatConversion_Error` if `value` does not fit.
     void writeColumns(float value, int firstColumn, int lastColumn, unsigned short alignment);

@@ -23,20 +23,24 @@ constexpr int indexOf(std::int64_t entry) {
 void AtomIds::clear() {
     entries.resize(0);
     areConsecutive = true;
+    count = 0;
     areSorted = false;
 }
 
-void AtomIds::append(int id) {
-    if (entries.size > 0) areConsecutive = areConsecutive && id == idOf(entries[0]) + entries.size;
+void AtomIds::appendOther(int id) {
+    if (count == 0) {
+        first = id;
+        count = 1;
+        return;
+    }
+    if (areConsecutive) {
+        for (int i = 0; i < count; ++i) entries.append(entryOf(first + i, static_cast<std::uint32_t>(i)));
+        areConsecutive = false;
+    }
     entries.append(entryOf(id, static_cast<std::uint32_t>(entries.size)));
 }
 
-int AtomIds::find(int id) {
-    if (entries.size == 0) return -1;
-    if (areConsecutive) {
-        std::int64_t const index = id - idOf(entries[0]);
-        return index >= 0 && index < entries.size ? static_cast<int>(index) : -1;
-    }
+int AtomIds::search(int id) {
     if (!areSorted) std::sort(entries.begin(), entries.end());
     areSorted = true;
     std::int64_t const* const behind = std::upper_bound(entries.begin(), entries.end(), entryOf(id, UINT32_MAX));

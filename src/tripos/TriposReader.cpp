@@ -8,6 +8,7 @@
 #include "tripos/TriposIO.h"
 #include "tripos/records.h"
 
+#include <algorithm>
 #include <utility>
 
 TriposIO::TriposIO(std::ostream* messageStream, McProgressInterface* progressInterface)
@@ -28,20 +29,26 @@ bool findRecord(tokenizer& scanner, char const* record) {
     return true;
 }
 
+/// The element of a symbol; no symbol has three characters.
+molchem::Element const* elementOf(std::string_view symbol) {
+    auto const at = [symbol](std::size_t i) { return i < symbol.size() ? symbol[i] : '\0'; };
+    char const start[] = {at(0), at(1), at(2), '\0'};
+    return tarnex::elementTable().getElement(start, false);
+}
+
 /// Turns the lines of the molecules, one after the other, into groups and attributes.
 class MoleculeReader {
 public:
     MoleculeReader(tokenizer& fileScanner, Progress const& fileProgress)
         : scanner(fileScanner), progress(fileProgress) {}
 
-    /// Reads what follows the line of the molecule record into a new molecule. Null if the user stopped the work.
-    /// Throws `Parse_Error` for a malformed molecule.
-    McHandle<Molecule> read() {
+    /// Reads what follows the line of the molecule record. Null if the user stopped the work. Throws `Parse_Error` for
+    /// a malformed molecule.
+    MolTrajectory* read() {
         topology = new MolTopology;
-        molecule = new Molecule(topology, false);
         readHeader();
         if (!readAtoms() || !readBonds()) return nullptr;
-        return std::move(molecule);
+        return new MolTrajectoryMem(topology, std::move(coords));
     }
 
 private:
@@ -64,10 +71,9 @@ private:
 
     tokenizer& scanner;
     Progress const& progress;
-    molchem::ElementTable const& elements = tarnex::elementTable();
 
-    MolTopology* topology = nullptr;
-    McHandle<Molecule> molecule;
+    McHandle<MolTopology> topology;
+    McDArray<McVec3f> coords;
     tarnex::tripos::CountsLine counts;
     tarnex::tripos::AtomColumns columns;
     tarnex::tripos::AtomLine::Texts texts;
@@ -91,20 +97,13 @@ void MoleculeReader::readHeader() {
     topology->setData(new MolDataString("name", scanner.getLineString()));
     scanner.nextLine();
     counts = tarnex::tripos::CountsLine::read(scanner);
-    makeRoom();
     // The search for the atoms goes on from here, since an empty line may stand in the place of the types.
     reader::Place const behindCounts = scanner.place();
     auto const types = tarnex::tripos::TypeLines::read(scanner);
     columns = {counts.numSubstructures > 0, types.hasCharges};
     makeAttributes(types);
+    makeRoom();
     scanner.returnTo(behindCounts);
-}
-
-void MoleculeReader::makeRoom() {
-    int const numAtoms = scanner.believableCount(counts.numAtoms);
-    topology->prepLevelSize(0, numAtoms);
-    molecule->coords.resize(numAtoms);
-    topology->prepLevelSize(1, scanner.believableCount(counts.numBonds));
 }
 
 void MoleculeReader::makeAttributes(tarnex::tripos::TypeLines const& types) {
@@ -119,6 +118,7 @@ void MoleculeReader::makeAttributes(tarnex::tripos::TypeLines const& types) {
     bonds->clearFlag(MtGroupingLevel::flagBit5);
     bonds->clearFlag(MtGroupingLevel::flagBit0);
     bondTypes = bonds->integerAttribute("type", MtGroupingLevel::CREATE, true);
+    residuesIx = -1;
     if (columns.substructure) makeResidues(types.molecule == tarnex::tripos::TypeLines::SMALL);
 }
 
@@ -132,11 +132,20 @@ void MoleculeReader::makeResidues(bool isSmall) {
     highestSubstructure = 0;
 }
 
+/// No count is believed beyond what the file can hold.
+void MoleculeReader::makeRoom() {
+    int const numAtoms = scanner.believableCount(counts.numAtoms);
+    topology->prepLevelSize(0, numAtoms);
+    coords.resize(numAtoms);
+    topology->prepLevelSize(1, scanner.believableCount(counts.numBonds));
+    topology->prepLevelSize(residuesIx, std::min(counts.numSubstructures, numAtoms));
+}
+
 bool MoleculeReader::readAtoms() {
     atomIds.clear();
     if (counts.numAtoms == 0) return true;
     if (!findRecord(scanner, tarnex::tripos::atomRecord)) throw Parse_Error{"Could not find @<TRIPOS>ATOM record"};
-    if (molecule->coords.size < counts.numAtoms) throw Parse_Error{"More atoms than the file can hold"};
+    if (coords.size < counts.numAtoms) throw Parse_Error{"More atoms than the file can hold"};
     scanner.nextLine();
     progress.info("Parsing ATOM block");
     for (int i = 0; i < counts.numAtoms; ++i) {
@@ -149,12 +158,11 @@ bool MoleculeReader::readAtoms() {
 
 void MoleculeReader::addAtom(tarnex::tripos::AtomLine const& line) {
     int const atom = topology->addGroup(0, new (topology->groupPool) MtAtom).groupIx;
-    molecule->coords[atom] = line.position;
+    coords[atom] = line.position;
     char id[tarnex::numberTextRoom];
-    *tarnex::putInt(id, line.id) = '\0';
-    atomNames->setValue(atom, id);
+    atomNames->setValue(atom, {id, static_cast<std::size_t>(tarnex::putInt(id, line.id) - id)});
     atomTypes->setValue(atom, line.name);
-    molchem::Element const* element = elements.getElement(line.element, false);
+    molchem::Element const* element = elementOf(line.element);
     atomicNumbers->setValue(atom, element->getAtomicNumber());
     radii->setValue(atom, element->getRadius());
     atomIds.append(line.id);
@@ -216,13 +224,13 @@ bool TriposIO::readTriposBundle(char const* filename, McDArray<McHandle<MolTraje
     try {
         MoleculeReader moleculeReader(scanner, fileProgress);
         while (findRecord(scanner, tarnex::tripos::moleculeRecord)) {
-            McHandle<Molecule> const molecule = moleculeReader.read();
-            if (!molecule) return false;
-            MolTopology* topology = molecule->getTopology();
+            McHandle<MolTrajectory> const trajectory = moleculeReader.read();
+            if (!trajectory) return false;
+            MolTopology* topology = trajectory->getTopology();
             auto const* name = static_cast<MolDataString const*>(topology->getData("name"));
             tarnex::report(messages, "Molecule ", name->getValue().data, " successfully imported.\n");
-            result.append(new MolTrajectoryMem(molecule, 1));
             topology->setName(name->getValue());
+            result.append(trajectory);
         }
         if (result.size > 0) return true;
         // The search has closed the phase already; hosts that count hear of it twice.

@@ -3,7 +3,7 @@
 #include "textio/LineTokens.h"
 
 #include <algorithm>
-#include <cstring>
+#include <string_view>
 
 namespace tarnex::tripos {
 
@@ -24,13 +24,6 @@ constexpr int aromatic = 4;
 template <class Value>
 void writeField(writer& out, Value value, int width) {
     out.writeColumns(value, 1, width, 1);
-}
-
-/// Copies a token to `destination`.
-char const* keep(std::string_view token, char (&destination)[tokenizer::maxLength]) {
-    std::memcpy(destination, token.data(), token.size());
-    destination[token.size()] = '\0';
-    return destination;
 }
 
 } // namespace
@@ -72,15 +65,15 @@ AtomLine AtomLine::read(tokenizer& scanner, AtomColumns columns, Texts& texts) {
     AtomLine line;
     LineTokens tokens(scanner, 6 + (columns.substructure || columns.charge ? 2 : 0) + (columns.charge ? 1 : 0));
     line.id = tokens.nextInt();
-    line.name = keep(tokens.next(), texts.name);
+    line.name = tokens.nextText(texts.name);
     line.position.x = tokens.nextFloat();
     line.position.y = tokens.nextFloat();
     line.position.z = tokens.nextFloat();
-    std::string_view const type = tokens.next();
-    line.element = keep(type.substr(0, type.find('.')), texts.element);
+    std::string_view const type = tokens.nextText(texts.element);
+    line.element = {type.data(), static_cast<std::size_t>(std::find(type.begin(), type.end(), '.') - type.begin())};
     if (columns.substructure) {
         line.substructure = tokens.nextInt();
-        line.substructureName = keep(tokens.next(), texts.substructure);
+        line.substructureName = tokens.nextText(texts.substructure);
     } else if (columns.charge) {
         tokens.next();
         tokens.next();
@@ -92,21 +85,21 @@ AtomLine AtomLine::read(tokenizer& scanner, AtomColumns columns, Texts& texts) {
 void AtomLine::write(writer& out, AtomColumns columns) const {
     writeField(out, id, idWidth);
     out.write(" ", 1);
-    if (*name)
-        writeField(out, name, nameWidth);
-    else
+    if (name.empty())
         writeField(out, element, symbolWidth);
+    else
+        writeField(out, name, nameWidth);
     for (float const coordinate : {position.x, position.y, position.z}) {
         out.write(" ", 1);
         writeField(out, coordinate, coordinateWidth);
     }
     out.write(" ", 1);
-    writeField(out, *type ? type : element, typeWidth);
+    writeField(out, type.empty() ? element : type, typeWidth);
     if (columns.substructure) {
         out.write(" ", 1);
         writeField(out, substructure, substructureWidth);
         out.write(" ", 1);
-        out.write(substructureName);
+        out.write(substructureName.data(), substructureName.size());
     } else {
         out.write(" 1 UNK");
     }
@@ -117,23 +110,9 @@ void AtomLine::write(writer& out, AtomColumns columns) const {
     out.write("\n", 1);
 }
 
-void BondLine::readFirstAtom(LineTokens& tokens) {
-    tokens.next();
-    firstAtom = tokens.nextInt();
-}
-
-void BondLine::readSecondAtom(LineTokens& tokens) {
-    secondAtom = tokens.nextInt();
-}
-
 void BondLine::readType(LineTokens& tokens) {
     std::string_view const token = tokens.next();
-    // Anything behind a NUL is none of a text.
-    if (token.substr(0, token.find('\0')) == "ar") {
-        type = aromatic;
-        return;
-    }
-    int const number = tarnex::parseInt(token);
+    int const number = token == "ar" ? aromatic : LineTokens::toInt(token);
     type = number >= 1 && number <= aromatic ? number : 1;
 }
 

@@ -46,7 +46,7 @@ struct AtomColumns {
 };
 
 struct AtomLine {
-    /// Where the texts of a line that was read stand.
+    /// Room for texts of a line.
     struct Texts {
         char name[tokenizer::maxLength];
         char element[tokenizer::maxLength];
@@ -55,18 +55,19 @@ struct AtomLine {
 
     int id = 0;
     /// Empty for an atom that is called as its element.
-    char const* name = "";
+    std::string_view name;
     McVec3f position{0.0F, 0.0F, 0.0F};
     /// The symbol, which is the atom type up to its first point.
-    char const* element = "";
+    std::string_view element;
     /// Only written; the symbol is if this is empty.
-    char const* type = "";
+    std::string_view type;
     /// 0 for an atom outside of all.
     int substructure = 0;
-    char const* substructureName = "";
+    std::string_view substructureName;
     float charge = 0.0F;
 
-    /// Columns that are not used are left at their defaults.
+    /// Columns that are not used are left at their defaults. The texts stay until the scanner is used again, and as
+    /// long as `texts`.
     static AtomLine read(tokenizer& scanner, AtomColumns columns, Texts& texts);
     /// Throws `FloatConversion_Error` for a coordinate of more than nine characters ahead of the point.
     void write(writer& out, AtomColumns columns) const;
@@ -81,8 +82,11 @@ struct BondLine {
     int type = 1;
 
     /// Passes the id as well, which is not kept.
-    void readFirstAtom(LineTokens& tokens);
-    void readSecondAtom(LineTokens& tokens);
+    void readFirstAtom(LineTokens& tokens) {
+        tokens.next();
+        firstAtom = tokens.nextInt();
+    }
+    void readSecondAtom(LineTokens& tokens) { secondAtom = tokens.nextInt(); }
     void readType(LineTokens& tokens);
     static constexpr int numTokens = 4;
 

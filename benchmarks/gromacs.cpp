@@ -97,17 +97,19 @@ void TrrReadLimit(benchmark::State& state) {
     std::string const name = framesFile<Real>(numFrames);
     std::vector<float> coordinates(numReals);
     std::vector<unsigned char> block(blockReals * sizeof(Real));
+    constexpr std::size_t aheadOfPositions = 76 + 11 * sizeof(Real);
     for (auto _ : state) {
         FILE* file = std::fopen(name.c_str(), "rb");
         std::setvbuf(file, nullptr, _IONBF, 0);
-        std::size_t at = 0;
-        while (std::size_t const count = std::fread(block.data(), sizeof(Real), blockReals, file)) {
-            if (at + count > numReals) at = 0;
-            for (std::size_t i = 0; i < count; ++i) {
-                coordinates[at + i] =
-                    static_cast<float>(tarnex::loadBig<Real>(block.data() + i * sizeof(Real)) * Real(10));
+        while (std::fread(block.data(), 1, aheadOfPositions, file) == aheadOfPositions) {
+            for (std::size_t at = 0; at < numReals; at += blockReals) {
+                std::size_t const wanted = std::min(blockReals, numReals - at);
+                std::size_t const count = std::fread(block.data(), sizeof(Real), wanted, file);
+                for (std::size_t i = 0; i < count; ++i) {
+                    coordinates[at + i] =
+                        static_cast<float>(tarnex::loadBig<Real>(block.data() + i * sizeof(Real)) * Real(10));
+                }
             }
-            at += count;
         }
         std::fclose(file);
         benchmark::DoNotOptimize(coordinates.data());

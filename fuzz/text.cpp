@@ -3,6 +3,8 @@
 
 #include "amber/AMBERread.h"
 #include "chemistry/Resource.h"
+#include "gromacs/GROMACSread.h"
+#include "gromacs/GROMACSwrite.h"
 #include "mdl/MDLIO.h"
 #include "model/MolTrajectoryMem.h"
 #include "pdb/PDBread.h"
@@ -33,15 +35,25 @@ void readAmber(char const* file, Bundle& bundle) {
     if (molecule.getNumAtoms() < 1000) bundle.append(trajectory);
 }
 
+/// The file serves as structure and as topology.
+void readGro(std::string const& file, Bundle& bundle) {
+    McHandle<Molecule> const molecule(GROMACSread(nullptr, nullptr).readGRO(file.c_str()));
+    if (!molecule) return;
+    bundle.append(new MolTrajectoryMem(molecule, 1));
+    GROMACSread(nullptr, nullptr).readTOP(file.c_str(), molecule);
+}
+
 Bundle read(std::string const& file, unsigned char format) {
     Bundle bundle;
     try {
-        if (format % 3 == 0)
+        if (format % 4 == 0)
             bundle = MDLIO(nullptr, nullptr).readMDLMolTrajectoryBundle(file.c_str());
-        else if (format % 3 == 2)
+        else if (format % 4 == 1)
+            PDBread(nullptr, nullptr).readPDBMolTrajectoryBundle(file.c_str(), bundle);
+        else if (format % 4 == 2)
             readAmber(file.c_str(), bundle);
         else
-            PDBread(nullptr, nullptr).readPDBMolTrajectoryBundle(file.c_str(), bundle);
+            readGro(file, bundle);
     } catch (Parse_Error const&) {
         bundle.clear();
     }
@@ -52,6 +64,9 @@ void write(MolTrajectory& trajectory, std::string const& file) {
     MolTrajectoryMem steps(&trajectory);
     PDBwrite pdb(molchem::Resource::getInstance()->residueDatabase, nullptr, nullptr);
     if (pdb.writePDBMolTrajectory(&steps, file.c_str(), false)) read(file, 1);
+    McHandle<Molecule> const first(new Molecule(steps.getTopology(), false));
+    steps.getTimeStep(0, first);
+    if (GROMACSwrite(nullptr, nullptr).writeGROMACSMolecule(first, file.c_str()) == 1) read(file + ".gro", 3);
     try {
         if (MDLIO(nullptr, nullptr).writeMDLMolTrajectory(&steps, file.c_str())) read(file, 0);
     } catch (FloatConversion_Error const&) {
@@ -73,6 +88,6 @@ extern "C" int LLVMFuzzerTestOneInput(unsigned char const* data, std::size_t siz
     Bundle const bundle = read(input, data[0]);
     for (McHandle<MolTrajectory> const& trajectory : bundle) write(*trajectory, output);
     std::filesystem::remove(input);
-    std::filesystem::remove(output);
+    for (char const* extension : {"", ".gro", ".top"}) std::filesystem::remove(output + extension);
     return 0;
 }

@@ -8,7 +8,7 @@ namespace {
 
 Format const& outputFormat(ConvertOptions const& options) {
     if (options.to.empty() && options.output == "-") throw WrongUse{"standard output needs a format: --to FORMAT"};
-    Format const& format = options.to.empty() ? formatOfFile(options.output) : formatByName(options.to);
+    Format const& format = chosenFormat(options.output, options.to, options.single);
     if (!format.write) throw WrongUse{"the format " + std::string(format.name) + " is only read"};
     return format;
 }
@@ -48,14 +48,15 @@ void write(Bundle const& bundle, Format const& format, OutputFile const& output,
 
 ExitStatus runConvert(ConvertOptions const& options, Console& console) {
     Format const& format = outputFormat(options);
-    std::vector<Input> const inputs = groupInputs(options.inputs, options.from);
-    OutputFile output(options.output);
+    std::vector<Input> const inputs = groupInputs(options.inputs, options.from, options.single);
+    OutputFile output(options.output, format.writtenBeside);
     Transfer transfer(console);
     Bundle const bundle = readSelected(inputs, options, transfer);
     std::string const losses = lossesOf(bundle, format);
     if (!losses.empty()) console.note(std::string(format.name) + " does not keep " + losses);
     write(bundle, format, output, transfer);
     output.putInPlace();
+    for (std::string const& name : output.namesBeside()) console.note(name + " is written as well");
     return succeeded;
 }
 

@@ -13,6 +13,12 @@ void writePdb(Bundle const& bundle, OutputFile const& output, Console& console);
 
 void readAmber(FileNames const& files, Document& document, Console& console);
 void readCharmm(FileNames const& files, Document& document, Console& console);
+void readGro(FileNames const& files, Document& document, Console& console);
+void writeGro(Bundle const& bundle, OutputFile const& output, Console& console);
+void readTrr(FileNames const& files, Document& document, Console& console);
+void writeTrr(Bundle const& bundle, OutputFile const& output, Console& console);
+void readTrrSingle(FileNames const& files, Document& document, Console& console);
+void writeTrrSingle(Bundle const& bundle, OutputFile const& output, Console& console);
 
 void readQlt(FileNames const& files, Document& document, Console& console);
 void writeQlt(Bundle const& bundle, OutputFile const& output, Console& console);

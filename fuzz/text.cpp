@@ -35,11 +35,11 @@ void readAmber(char const* file, Bundle& bundle) {
     if (molecule.getNumAtoms() < 1000) bundle.append(trajectory);
 }
 
-/// The file serves as structure and as topology.
+/// The file serves as structure and as topology. Structures of a few bytes may have 99,999 atoms.
 void readGro(std::string const& file, Bundle& bundle) {
     McHandle<Molecule> const molecule(GROMACSread(nullptr, nullptr).readGRO(file.c_str()));
     if (!molecule) return;
-    bundle.append(new MolTrajectoryMem(molecule, 1));
+    if (molecule->getNumAtoms() < 1000) bundle.append(new MolTrajectoryMem(molecule, 1));
     GROMACSread(nullptr, nullptr).readTOP(file.c_str(), molecule);
 }
 

@@ -19,18 +19,19 @@ struct FirstFrame {
     }
 };
 
-constexpr long long doubleWidth = 8;
-constexpr long long singleWidth = 4;
+constexpr long long widthOfDouble = 8;
 
-/// Elements of the arrays have eight bytes in both precisions here.
+/// Both precisions read the arrays as elements of eight bytes and count eight for `t`; `Header` tells what they count
+/// for `lambda` and the elements. So regular files in single precision do not pass.
 template <class Header>
-FirstFrame readFirstFrame(FILE* file, long long tWidth, long long lambdaWidth, long long countedWidth) {
+FirstFrame readFirstFrame(FILE* file) {
+    constexpr long long countedWidth = sizeof(tarnex::gromacs::RealOf<Header>);
     std::rewind(file);
     Header header;
     HeaderExtent const extent = tarnex::gromacs::readHeader(header, file);
     long long length = 0;
-    long long const elements = tarnex::gromacs::countElements(header, doubleWidth, file, length);
-    long long const reals = (extent.reals >= 1 ? tWidth : 0) + (extent.reals >= 2 ? lambdaWidth : 0);
+    long long const elements = tarnex::gromacs::countElements(header, widthOfDouble, file, length);
+    long long const reals = (extent.reals >= 1 ? widthOfDouble : 0) + (extent.reals >= 2 ? countedWidth : 0);
     return {header.magic, extent.bytes + reals + countedWidth * elements};
 }
 
@@ -40,9 +41,8 @@ FirstFrame readFirstFrame(FILE* file, long long tWidth, long long lambdaWidth, l
 int GROMACSread::checkFormat(McString trrFile) {
     tarnex::gromacs::File const file(std::fopen(trrFile, "rb"));
     if (!file) return -1;
-    auto const asDouble = readFirstFrame<TrnHeader>(file.get(), doubleWidth, doubleWidth, doubleWidth);
-    // `t` is counted with eight bytes, so that regular files in single precision do not pass.
-    auto const asSingle = readFirstFrame<TrnHeader_SINGLE>(file.get(), doubleWidth, singleWidth, singleWidth);
+    auto const asDouble = readFirstFrame<TrnHeader>(file.get());
+    auto const asSingle = readFirstFrame<TrnHeader_SINGLE>(file.get());
     if (asDouble.size == 0) return -1;
     if (asSingle.isFollowed(file.get())) return 1;
     return asDouble.isFollowed(file.get()) ? 2 : -1;

@@ -5,9 +5,11 @@
 #include "foundation/McVec3f.h"
 #include "foundation/bigEndian.h"
 #include "gromacs/records.h"
+#include "model/Molecule.h"
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <cstdio>
 #include <memory>
 

@@ -113,7 +113,8 @@ struct BondedLevel {
     int rows = 0;
 
     BondedLevel(MolTopology& topology, char const* name)
-        : levelIx(topology.addLevel(name, 0, 12, -1)), level(topology.getLevel(levelIx)), functions(nullptr) {}
+        : levelIx(topology.addLevel(name, 0, 12, -1)), level(topology.getLevel(levelIx)),
+          functions(level->integerAttribute(name, MtGroupingLevel::CREATE, true)) {}
 };
 
 /// Turns the rows of a .top file into groups and attributes of a molecule.
@@ -125,10 +126,6 @@ public:
         charges = atoms->floatAttribute("charge", MtGroupingLevel::CREATE, true);
         masses = atoms->floatAttribute("atom_mass", MtGroupingLevel::CREATE, true);
         bondTypes = bonds->integerAttribute("type", MtGroupingLevel::CREATE, true);
-        for (BondedLevel* bonded : {&pairs, &angles, &dihedrals}) {
-            bonded->functions =
-                bonded->level->integerAttribute(bonded->level->getName(), MtGroupingLevel::CREATE, true);
-        }
     }
 
     void addRow(Section section, std::string_view line) {

@@ -5,6 +5,10 @@
 #include "model/members.h"
 #include "textio/writer.h"
 
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+
 namespace tarnex::gromacs {
 
 namespace {

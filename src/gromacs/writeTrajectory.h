@@ -8,6 +8,9 @@
 #include "gromacs/structureFiles.h"
 #include "model/MolTrajectory.h"
 
+#include <cstdio>
+#include <utility>
+
 namespace tarnex::gromacs {
 
 /// Whether the frames of a trajectory are read into the molecule of the first step, where a step that cannot be read

@@ -62,7 +62,7 @@ void requireAtoms(MolTopology const& topology, std::string const& file) {
 struct DoublePrecision {
     using Header = TrnHeader;
     using Trajectory = MolTrajectoryGROMACS;
-    static constexpr char const* name = "double";
+    static constexpr char const* word = "double";
 
     static MolTrajectory* read(std::string const& trr, Companions const& companions) {
         return GROMACSread(nullptr, nullptr)
@@ -76,7 +76,7 @@ struct DoublePrecision {
 struct SinglePrecision {
     using Header = TrnHeader_SINGLE;
     using Trajectory = MolTrajectoryGROMACS_SINGLE;
-    static constexpr char const* name = "single";
+    static constexpr char const* word = "single";
 
     static MolTrajectory* read(std::string const& trr, Companions const& companions) {
         return GROMACSread_SINGLE(nullptr, nullptr)
@@ -141,8 +141,8 @@ template <class Precision, class OtherPrecision>
 void warnOfPrecision(FirstFrame<Precision> const& first, std::string const& file, Console& console) {
     if (first.fits || !FirstFrame<OtherPrecision>(file).fits) return;
     bool const isSingle = std::is_same_v<OtherPrecision, SinglePrecision>;
-    console.error(file + ": warning: read as " + Precision::name +
-                  " precision, but the length of the file is that of " + OtherPrecision::name +
+    console.error(file + ": warning: read as " + Precision::word +
+                  " precision, but the length of the file is that of " + OtherPrecision::word +
                   " precision: " + (isSingle ? "use --single" : "leave out --single") + " or --from " +
                   (isSingle ? "trr-single" : "trr"));
 }

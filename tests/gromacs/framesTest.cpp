@@ -3,6 +3,7 @@
 #include "gromacs/MolTrajectoryGROMACS_SINGLE.h"
 #include "samples.h"
 #include "support/files.h"
+#include "support/printed.h"
 
 #include <climits>
 #include <gtest/gtest.h>
@@ -10,15 +11,6 @@
 namespace {
 
 using namespace tarnex::test;
-
-/// What a call writes on standard output.
-template <class Call>
-std::string printed(Call&& call) {
-    testing::internal::CaptureStdout();
-    call();
-    std::fflush(stdout);
-    return testing::internal::GetCapturedStdout();
-}
 
 struct Double {
     using Real = double;

@@ -6,6 +6,7 @@
 #include "qlt/MolTrajectoryVRK.h"
 #include "support/compareTopologies.h"
 #include "support/files.h"
+#include "support/printed.h"
 
 #include <gtest/gtest.h>
 #include <memory>
@@ -22,15 +23,6 @@ std::string sdf(int molecules) {
                 "         0         0 C\nM  END\n$$$$\n";
     }
     return text;
-}
-
-/// What a call writes on standard output.
-template <class Call>
-std::string printed(Call&& call) {
-    testing::internal::CaptureStdout();
-    call();
-    std::fflush(stdout);
-    return testing::internal::GetCapturedStdout();
 }
 
 std::string filled(std::string text, int value, std::string const& name) {

@@ -52,8 +52,12 @@ TEST_F(Gromacs, StructureAndTopologyAreOneInput) {
     EXPECT_THAT(readFile(scratchPath("out.gro")), HasSubstr("    1  HOH   OW    1   0.500   0.000   0.000  0.0000"));
     EXPECT_THAT(readFile(scratchPath("out.top")), HasSubstr("    1     2     1\n    1     3     1\n"));
     EXPECT_THAT(filesLeft(), UnorderedElementsAre("a.gro", "A.TOP", "out.gro", "out.top"));
-    // In place, and to a stream, which takes the structure alone.
-    runSilently({"convert", "-q", "out.gro", "out.top", "out.gro"});
+    // A topology that the user gave is not replaced by one that nobody named.
+    writeFile("given.top", "; given\n" + std::string(bonds));
+    EXPECT_THAT(fails({"convert", "a.gro", "given.top", "given.gro"}), HasSubstr("given.top, which is an input"));
+    EXPECT_THAT(readFile(scratchPath("given.top")), HasSubstr("; given"));
+    EXPECT_FALSE(std::filesystem::exists(scratchPath("given.gro")));
+    // A stream takes the structure alone.
     EXPECT_EQ(runSilently({"convert", "-q", "--to", "gro", "out.gro", "out.top", "-"}),
               readFile(scratchPath("out.gro")));
     EXPECT_THAT(readFile(scratchPath("out.top")), HasSubstr("    1     2     1\n"));

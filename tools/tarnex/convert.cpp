@@ -2,6 +2,8 @@
 #include "commands.h"
 #include "losses.h"
 
+#include <filesystem>
+
 namespace tarnex::tool {
 
 namespace {
@@ -11,6 +13,19 @@ Format const& outputFormat(ConvertOptions const& options) {
     Format const& format = chosenFormat(options.output, options.to, options.single);
     if (!format.write) throw WrongUse{"the format " + std::string(format.name) + " is only read"};
     return format;
+}
+
+/// A file beside the output has a name that the user did not give: it must not take the place of an input.
+void protectInputs(FileNames const& inputs, OutputFile const& output) {
+    for (std::string const& beside : output.namesBeside()) {
+        for (std::string const& input : inputs) {
+            std::error_code ignored;
+            if (std::filesystem::equivalent(beside, input, ignored)) {
+                throw Failure(output.name(),
+                              "it comes with the file " + beside + ", which is an input; choose another name");
+            }
+        }
+    }
 }
 
 /// Damaged input is a failure unless the user takes what could be read of it.
@@ -50,6 +65,7 @@ ExitStatus runConvert(ConvertOptions const& options, Console& console) {
     Format const& format = outputFormat(options);
     std::vector<Input> const inputs = groupInputs(options.inputs, options.from, options.single);
     OutputFile output(options.output, format.writtenBeside);
+    protectInputs(options.inputs, output);
     Transfer transfer(console);
     Bundle const bundle = readSelected(inputs, options, transfer);
     std::string const losses = lossesOf(bundle, format);

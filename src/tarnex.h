@@ -28,6 +28,7 @@
 #include "gromacs/TrnHeader.h"
 #include "gromacs/TrnHeader_SINGLE.h"
 #include "mdl/MDLIO.h"
+#include "mdl/MoleculeBundleMDL.h"
 #include "model/AtomDataBase.h"
 #include "model/MolData.h"
 #include "model/MolObject.h"
@@ -47,4 +48,5 @@
 #include "textio/numberText.h"
 #include "textio/tokenizer.h"
 #include "textio/writer.h"
+#include "wizard/MolTrajBundleIO.h"
 #include "wizard/TarnexWizard.h"

@@ -9,6 +9,8 @@
 #include "chemistry/BondCalc.h"
 #include "chemistry/ElementTable.h"
 #include "chemistry/Resource.h"
+#include "formats/MolTrajectoryVDE.h"
+#include "formats/MolTrajectoryXYZ.h"
 #include "foundation/McBitfield.h"
 #include "foundation/McDArray.h"
 #include "foundation/McException.h"

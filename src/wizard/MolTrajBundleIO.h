@@ -34,5 +34,5 @@ public:
 
 private:
     std::ostream* messages;
-    McProgressInterface* progress;
+    [[maybe_unused]] McProgressInterface* progress;
 };

@@ -26,6 +26,16 @@ std::unordered_map<std::string_view, int> rowsByName(AtomDataBase* atomDataBase)
     return rows;
 }
 
+/// False if lines are missing.
+bool passLines(tarnex::StreamExtractor& in, int count) {
+    for (int i = 0; i < count; ++i) {
+        std::streamoff const begin = in.taken();
+        if (in.good()) in.ignoreLineInPieces();
+        if (in.taken() == begin) return false;
+    }
+    return true;
+}
+
 } // namespace
 
 MolTrajectoryXYZ::MolTrajectoryXYZ(std::ostream* messageStream, AtomDataBase* dataBase)
@@ -42,36 +52,40 @@ MolTrajectory* MolTrajectoryXYZ::readXYZMolTrajectory(char const* filename) {
     stream = opened.release();
     topology = new MolTopology;
     tarnex::StreamExtractor in(*stream);
-    int count = 0;
-    for (int previous = 0; in >> count; previous = count) {
-        if (framePositions.size > 0 && count != previous) break;
-        std::fputc('.', stderr);
-        if (!scanFrame(in, count)) break;
-    }
+    scanFrames(in);
     std::fputc('\n', stderr);
     observables = new MolObservables;
     observables->setNumTimeSteps(getNumTimeSteps());
     return this;
 }
 
-/// Passes over a frame, from behind its number of atoms on. False if the file ends in it. A last line without line end
-/// is no failure, but a place at the end of a file is none where a frame could begin.
+void MolTrajectoryXYZ::scanFrames(tarnex::StreamExtractor& in) {
+    int count = 0;
+    for (int previous = 0; whole; previous = count) {
+        in.skipWhiteSpace();
+        if (in.eof()) return;
+        whole = false;
+        if (!(in >> count) || (framePositions.size > 0 && count != previous)) return;
+        std::fputc('.', stderr);
+        whole = scanFrame(in, count);
+    }
+}
+
+/// Passes over a frame, from behind its number of atoms on. False if the file ends in it. A frame counts nevertheless
+/// if only lines are missing, but a place at the end of a file is none where a frame could begin.
 bool MolTrajectoryXYZ::scanFrame(tarnex::StreamExtractor& in, int count) {
     in.ignoreLineInPieces();
     in.ignoreLineInPieces();
     if (in.fail()) return false;
     bool const hasPosition = in.good();
     std::streampos const position = in.taken();
-    if (framePositions.size == 0)
-        readAtoms(in, count);
-    else
-        for (int i = 0; i < count && in.good(); ++i) in.ignoreLineInPieces();
+    bool const hasAllLines = framePositions.size == 0 ? readAtoms(in, count) : passLines(in, count);
     if (!hasPosition || in.fail()) return false;
     framePositions.append(position);
-    return true;
+    return hasAllLines;
 }
 
-void MolTrajectoryXYZ::readAtoms(tarnex::StreamExtractor& in, int count) {
+bool MolTrajectoryXYZ::readAtoms(tarnex::StreamExtractor& in, int count) {
     MtGroupingLevel& atoms = *topology->levels[0];
     MtStringAttribute* names = atoms.stringAttribute("atom_type_name", MtGroupingLevel::CREATE, true);
     MtIntegerAttribute* numbers = atoms.integerAttribute("atomic_number", MtGroupingLevel::CREATE, true);
@@ -92,6 +106,7 @@ void MolTrajectoryXYZ::readAtoms(tarnex::StreamExtractor& in, int count) {
         numbers->setValue(atom, atomDataBase->getId(row->second));
         radii->setValue(atom, atomDataBase->getRadius(row->second));
     }
+    return atoms.groups.size >= count;
 }
 
 void MolTrajectoryXYZ::notifyDelete() {

@@ -28,6 +28,9 @@ public:
     /// feed, to standard error.
     MolTrajectory* readXYZMolTrajectory(char const* filename);
 
+    /// Whether nothing but white space follows the last frame, and that one has all of its lines.
+    bool isWhole() const { return whole; }
+
     /// Closes the file, as the last handle gives the trajectory up. A trajectory that is deleted without a handle
     /// leaves it open.
     void notifyDelete() override;
@@ -38,12 +41,14 @@ public:
     bool getTimeStep(int step, Molecule* molecule) override;
 
 private:
+    void scanFrames(tarnex::StreamExtractor& in);
     bool scanFrame(tarnex::StreamExtractor& in, int count);
-    void readAtoms(tarnex::StreamExtractor& in, int count);
+    bool readAtoms(tarnex::StreamExtractor& in, int count);
 
     std::ostream* messages;
     /// Where the first atom line of each frame begins.
     McDArray<std::streampos> framePositions;
     std::ifstream* stream = nullptr;
     AtomDataBase* atomDataBase;
+    bool whole = true;
 };

@@ -2,6 +2,7 @@
 
 #include "foundation/McDArray.h"
 #include "foundation/McVec3f.h"
+#include "foundation/export.h"
 
 namespace tarnex {
 
@@ -10,7 +11,7 @@ namespace tarnex {
 ///
 /// Every operation of a distance is rounded in a way that never changes an order: an atom behind a plane is, as
 /// calculated, at least as far away as the plane itself, as calculated. So nothing is left out that could be as near.
-class NearestAtom {
+class TARNEX_API NearestAtom {
 public:
     explicit NearestAtom(McDArray<McVec3f> const& coordinates);
 

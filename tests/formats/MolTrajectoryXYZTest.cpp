@@ -24,14 +24,13 @@ AtomDataBase elements() {
 /// An opened file, and what was written to standard error meanwhile.
 struct Opened {
     AtomDataBase table = elements();
-    McHandle<MolTrajectory> trajectory;
+    McHandle<MolTrajectoryXYZ> trajectory;
     std::string dots;
 
     explicit Opened(std::string const& text) {
-        auto* xyz = new MolTrajectoryXYZ(nullptr, &table);
-        trajectory = xyz;
+        trajectory = new MolTrajectoryXYZ(nullptr, &table);
         testing::internal::CaptureStderr();
-        EXPECT_EQ(xyz->readXYZMolTrajectory(writeFile("in.xyz", text).c_str()), xyz);
+        EXPECT_EQ(trajectory->readXYZMolTrajectory(writeFile("in.xyz", text).c_str()), trajectory);
         dots = testing::internal::GetCapturedStderr();
     }
     int steps() const { return trajectory->getNumTimeSteps(); }
@@ -100,23 +99,28 @@ TEST(MolTrajectoryXYZ, FramesEndWhereTheNextIsNone) {
         std::string text;
         int steps;
         char const* dots;
+        bool isWhole = false;
     } const cases[] = {
         {frame + frame + "3\nx\nC 0 0 0\nC 1 1 1\nC 2 2 2\n", 2, "..\n"},
         {frame + "\n\n" + frame + "end\n" + frame, 2, "..\n"},
-        {"", 0, "\n"},
+        {"", 0, "\n", true},
         {"two\n", 0, "\n"},
         {"99999999999\n\n", 0, "\n"},
-        {"0\n\n0\n\n", 2, "..\n"},
+        {"0\n\n0\n\n", 2, "..\n", true},
         {"0\n", 0, ".\n"},
-        {"-2\n\n", 1, ".\n"},
+        {"-2\n\n", 1, ".\n", true},
         {"2000000000\n\nC 0 0 0\n", 0, ".\n"},
         {frame + "2\n", 1, "..\n"},
-        {frame.substr(0, frame.size() - 1), 1, ".\n"},
+        {frame.substr(0, frame.size() - 1), 1, ".\n", true},
+        {frame + "\n \n", 1, ".\n", true},
+        {frame + "2\nx\nC 5 5 5\n", 2, "..\n"},
+        {"3\nx\nC 0 0 0\nC 1 1 1", 1, ".\n"},
     };
     for (auto const& c : cases) {
         Opened const opened(c.text);
         EXPECT_EQ(opened.steps(), c.steps) << c.text;
         EXPECT_EQ(opened.dots, c.dots) << c.text;
+        EXPECT_EQ(opened.trajectory->isWhole(), c.isWhole) << c.text;
         expectSameAsByStream(c.text);
     }
     std::ostringstream messages;

@@ -140,6 +140,55 @@ std::vector<Format> const& formats() {
             .writtenBeside = {".gro", ".top"},
         },
         {
+            .name = "xyz",
+            .extensions = {".xyz"},
+            .companions = {},
+            .description = "XYZ file of one or more frames",
+            .keeps = "elements by their symbols, words that are no symbols, positions bit by bit; frames as steps",
+            .loses = "bonds, comment lines but for the name that is written, columns behind the third coordinate, the "
+                     "words of all frames but the first, frames from the first of another size on; one molecule or "
+                     "trajectory to a file",
+            .capacity = {.everything = false,
+                         .levels = {},
+                         .atomAttributes = {"atomic_number", "radius", "atom_type_name"},
+                         .bondAttributes = {},
+                         .dataItems = false,
+                         .bonds = false},
+            .read = readXyz,
+            .write = writeXyz,
+        },
+        {
+            .name = "vde",
+            .extensions = {".vde"},
+            .companions = {".vde"},
+            .description = "VDE pictures of spheres and segments, a file for each step",
+            .keeps = "H, C, N, O, P and S by colour, positions bit by bit, bonds; files in a row are the steps of one "
+                     "trajectory",
+            .loses =
+                "all other elements, names, types of bonds, bonds that only later steps have; of atoms at the same "
+                "place all bonds go to the first; one molecule or trajectory to an output",
+            .capacity = {.everything = false,
+                         .levels = {},
+                         .atomAttributes = {"atomic_number", "radius"},
+                         .bondAttributes = {},
+                         .dataItems = false},
+            .read = readVde,
+            .write = writeVde,
+        },
+        {
+            .name = "bundle",
+            .extensions = {".bundle"},
+            .companions = {},
+            .description = "list that names other files, read as one bundle",
+            .keeps = "what the formats of the named files keep; each molecule is named by its file",
+            .loses = "records behind the first of SD and mol2 files, names of molecules, files whose formats need a "
+                     "second file",
+            .capacity =
+                {.everything = true, .levels = {}, .atomAttributes = {}, .bondAttributes = {}, .dataItems = true},
+            .read = readBundleList,
+            .write = nullptr,
+        },
+        {
             .name = "qlt",
             .extensions = {".qlt"},
             .companions = {},

@@ -30,6 +30,7 @@ struct Capacity {
     std::vector<std::string_view> atomAttributes;
     std::vector<std::string_view> bondAttributes;
     bool dataItems;
+    bool bonds = true;
 };
 
 /// A row of the table of formats. A new format is a row in Format.cpp and the two functions it names.

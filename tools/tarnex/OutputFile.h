@@ -24,6 +24,8 @@ public:
 
     /// The name for people.
     std::string const& name() const { return shownName; }
+    /// False for standard output, pipes and devices.
+    bool isPlainFile() const { return !isStream; }
     /// The path to write to; the file may be replaced by another.
     std::string const& temporary() const { return temporaryPath; }
     /// The same for the file beside it that has this extension; empty if there is none.

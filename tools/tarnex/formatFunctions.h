@@ -20,6 +20,14 @@ void writeTrr(Bundle const& bundle, OutputFile const& output, Console& console);
 void readTrrSingle(FileNames const& files, Document& document, Console& console);
 void writeTrrSingle(Bundle const& bundle, OutputFile const& output, Console& console);
 
+void readXyz(FileNames const& files, Document& document, Console& console);
+void writeXyz(Bundle const& bundle, OutputFile const& output, Console& console);
+
+void readVde(FileNames const& files, Document& document, Console& console);
+void writeVde(Bundle const& bundle, OutputFile const& output, Console& console);
+
+void readBundleList(FileNames const& files, Document& document, Console& console);
+
 void readQlt(FileNames const& files, Document& document, Console& console);
 void writeQlt(Bundle const& bundle, OutputFile const& output, Console& console);
 

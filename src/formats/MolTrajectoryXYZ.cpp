@@ -5,7 +5,7 @@
 #include "textio/StreamExtractor.h"
 
 #include <algorithm>
-#include <cstdio>
+#include <iostream>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -53,7 +53,7 @@ MolTrajectory* MolTrajectoryXYZ::readXYZMolTrajectory(char const* filename) {
     topology = new MolTopology;
     tarnex::StreamExtractor in(*stream);
     scanFrames(in);
-    std::fputc('\n', stderr);
+    std::cerr << '\n';
     observables = new MolObservables;
     observables->setNumTimeSteps(getNumTimeSteps());
     return this;
@@ -66,7 +66,7 @@ void MolTrajectoryXYZ::scanFrames(tarnex::StreamExtractor& in) {
         if (in.eof()) return;
         whole = false;
         if (!(in >> count) || (framePositions.size > 0 && count != previous)) return;
-        std::fputc('.', stderr);
+        std::cerr << '.';
         whole = scanFrame(in, count);
     }
 }

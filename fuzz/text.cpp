@@ -3,6 +3,8 @@
 
 #include "amber/AMBERread.h"
 #include "chemistry/Resource.h"
+#include "formats/MolTrajectoryVDE.h"
+#include "formats/MolTrajectoryXYZ.h"
 #include "gromacs/GROMACSread.h"
 #include "gromacs/GROMACSwrite.h"
 #include "mdl/MDLIO.h"
@@ -14,6 +16,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <iostream>
 #include <string>
 #include <unistd.h>
 
@@ -36,24 +39,47 @@ void readAmber(char const* file, Bundle& bundle) {
 }
 
 /// The file serves as structure and as topology. Structures of a few bytes may have 99,999 atoms.
-void readGro(std::string const& file, Bundle& bundle) {
-    McHandle<Molecule> const molecule(GROMACSread(nullptr, nullptr).readGRO(file.c_str()));
+void readGro(char const* file, Bundle& bundle) {
+    McHandle<Molecule> const molecule(GROMACSread(nullptr, nullptr).readGRO(file));
     if (!molecule) return;
     if (molecule->getNumAtoms() < 1000) bundle.append(new MolTrajectoryMem(molecule, 1));
-    GROMACSread(nullptr, nullptr).readTOP(file.c_str(), molecule);
+    GROMACSread(nullptr, nullptr).readTOP(file, molecule);
 }
+
+void readXyz(char const* file, Bundle& bundle) {
+    AtomDataBase table;
+    table.appendAtom(6, 1.7F, "C");
+    auto* xyz = new MolTrajectoryXYZ(nullptr, &table);
+    bundle.append(xyz);
+    std::cerr.setstate(std::ios::failbit); // a point for each frame
+    xyz->readXYZMolTrajectory(file);
+    std::cerr.clear();
+}
+
+/// The file is two steps.
+void readVde(char const* file, Bundle& bundle) {
+    auto* vde = new MolTrajectoryVDE(nullptr, nullptr);
+    bundle.append(vde);
+    char const* names[] = {file, file};
+    vde->readVDEMolTrajectory(2, names);
+}
+
+void readSdf(char const* file, Bundle& bundle) {
+    bundle = MDLIO(nullptr, nullptr).readMDLMolTrajectoryBundle(file);
+}
+
+void readPdb(char const* file, Bundle& bundle) {
+    PDBread(nullptr, nullptr).readPDBMolTrajectoryBundle(file, bundle);
+}
+
+constexpr void (*readers[])(char const* file, Bundle& bundle) = {readSdf, readPdb, readAmber,
+                                                                 readGro, readXyz, readVde};
+enum Format : unsigned char { SDF, PDB, AMBER, GRO, XYZ, VDE };
 
 Bundle read(std::string const& file, unsigned char format) {
     Bundle bundle;
     try {
-        if (format % 4 == 0)
-            bundle = MDLIO(nullptr, nullptr).readMDLMolTrajectoryBundle(file.c_str());
-        else if (format % 4 == 1)
-            PDBread(nullptr, nullptr).readPDBMolTrajectoryBundle(file.c_str(), bundle);
-        else if (format % 4 == 2)
-            readAmber(file.c_str(), bundle);
-        else
-            readGro(file, bundle);
+        readers[format % std::size(readers)](file.c_str(), bundle);
     } catch (Parse_Error const&) {
         bundle.clear();
     }
@@ -63,12 +89,12 @@ Bundle read(std::string const& file, unsigned char format) {
 void write(MolTrajectory& trajectory, std::string const& file) {
     MolTrajectoryMem steps(&trajectory);
     PDBwrite pdb(molchem::Resource::getInstance()->residueDatabase, nullptr, nullptr);
-    if (pdb.writePDBMolTrajectory(&steps, file.c_str(), false)) read(file, 1);
+    if (pdb.writePDBMolTrajectory(&steps, file.c_str(), false)) read(file, PDB);
     McHandle<Molecule> const first(new Molecule(steps.getTopology(), false));
     steps.getTimeStep(0, first);
-    if (GROMACSwrite(nullptr, nullptr).writeGROMACSMolecule(first, file.c_str()) == 1) read(file + ".gro", 3);
+    if (GROMACSwrite(nullptr, nullptr).writeGROMACSMolecule(first, file.c_str()) == 1) read(file + ".gro", GRO);
     try {
-        if (MDLIO(nullptr, nullptr).writeMDLMolTrajectory(&steps, file.c_str())) read(file, 0);
+        if (MDLIO(nullptr, nullptr).writeMDLMolTrajectory(&steps, file.c_str())) read(file, SDF);
     } catch (FloatConversion_Error const&) {
         return;
     }

@@ -4,10 +4,9 @@
 #include "model/Molecule.h"
 #include "support/files.h"
 
-#include <clocale>
-#include <cstring>
 #include <locale>
 #include <random>
+#include <string_view>
 
 namespace {
 
@@ -37,10 +36,8 @@ struct Opened {
 };
 
 /// The coordinates bit by bit, so that numbers that are none compare as well.
-std::string bits(McVec3f const* places, std::size_t count) {
-    std::string all(count * sizeof(McVec3f), '\0');
-    std::memcpy(all.data(), static_cast<void const*>(places), all.size());
-    return all;
+std::string_view bits(McVec3f const* places, std::size_t count) {
+    return {reinterpret_cast<char const*>(places), count * sizeof(McVec3f)};
 }
 
 void expectSameAsByStream(std::string const& text) {
@@ -198,7 +195,7 @@ TEST(MolTrajectoryXYZ, OddTextsAreReadAsByAStream) {
 TEST(MolTrajectoryXYZ, LinesAndBlocksOfAnyLength) {
     std::mt19937 random(10);
     std::string text;
-    for (int frame = 0; frame < 3; ++frame) {
+    for (std::size_t frame = 0; frame < 3; ++frame) {
         text += "1000\n" + std::string(frame * 150, 'c') + "\n";
         for (int i = 0; i < 1000; ++i) {
             text += "C " + std::to_string(i * 0.37) + " " + std::to_string(random()) + " -1.25";

@@ -206,10 +206,15 @@ TEST(MolTrajectoryXYZ, LinesAndBlocksOfAnyLength) {
     expectSameAsByStream("1\n\n" + std::string(200000, 'C') + " 1 2 3\n");
 }
 
+/// Numbers such as 1.000,5.
+struct DecimalComma : std::numpunct<char> {
+    char do_decimal_point() const override { return ','; }
+    char do_thousands_sep() const override { return '.'; }
+    std::string do_grouping() const override { return "\3"; }
+};
+
 TEST(MolTrajectoryXYZ, TheHostsLocalePlaysNoPart) {
-    std::locale const before =
-        std::locale::global(std::locale(std::locale(), new std::numpunct_byname<char>("de_DE.UTF-8")));
-    Opened const opened("1000\nx\n");
+    std::locale const before = std::locale::global(std::locale(std::locale(), new DecimalComma));
     Opened const one("1\n\nC 1.5 2,5 3\n");
     Molecule molecule(one.trajectory->getTopology(), false);
     EXPECT_TRUE(one.trajectory->getTimeStep(0, &molecule));

@@ -94,7 +94,7 @@ TEST(MolTrajBundleIO, LoadsFilesOfAllFormatsAsOneBundle) {
     save("m.uni", Wizard::WriteMolecules::WRITE_UNICHEM);
     save("m.qlt", Wizard::WriteMolecules::WRITE_QLT);
     std::filesystem::create_directory(scratchPath("sub"));
-    std::filesystem::copy_file(sdf, scratchPath("sub/my file.sdf"));
+    writeFile("sub/my file.sdf", sdfRecord);
 
     Loaded const loaded(writeFile("all.bundle", "MoleculeBundle\nmodels.pdb in.sdf # and more\n"
                                                 "m.mol2\tm.uni\nm.qlt \"sub/my file.sdf\"\n"));

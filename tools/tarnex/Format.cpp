@@ -181,8 +181,9 @@ std::vector<Format> const& formats() {
             .companions = {},
             .description = "list that names other files, read as one bundle",
             .keeps = "what the formats of the named files keep; each molecule is named by its file",
-            .loses = "records behind the first of SD and mol2 files, names of molecules, files whose formats need a "
-                     "second file",
+            .loses =
+                "records behind the first of SD and mol2 files, names of molecules, XYZ and VDE files, files whose "
+                "formats need a second one",
             .capacity =
                 {.everything = true, .levels = {}, .atomAttributes = {}, .bondAttributes = {}, .dataItems = true},
             .read = readBundleList,

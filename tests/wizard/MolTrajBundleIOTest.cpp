@@ -2,6 +2,7 @@
 
 #include "model/Molecule.h"
 #include "support/files.h"
+#include "support/printed.h"
 #include "wizard/TarnexWizard.h"
 
 #include <gtest/gtest.h>
@@ -26,10 +27,8 @@ struct Loaded {
 
     explicit Loaded(std::string const& list) {
         std::ostringstream stream;
-        testing::internal::CaptureStdout();
-        bundle = MolTrajBundleIO(&stream, nullptr).readMolTrajectoryBundle(list.c_str());
-        std::fflush(stdout);
-        printed = testing::internal::GetCapturedStdout();
+        printed = tarnex::test::printed(
+            [&] { bundle = MolTrajBundleIO(&stream, nullptr).readMolTrajectoryBundle(list.c_str()); });
         messages = stream.str();
     }
     Names names() const {

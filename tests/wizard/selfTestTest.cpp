@@ -1,4 +1,5 @@
 #include "model/MolTrajectoryMem.h"
+#include "support/printed.h"
 #include "wizard/TarnexWizard.h"
 
 #include <filesystem>
@@ -8,13 +9,7 @@
 
 namespace {
 
-template <class Call>
-std::string printed(Call&& call) {
-    testing::internal::CaptureStdout();
-    call();
-    std::fflush(stdout);
-    return testing::internal::GetCapturedStdout();
-}
+using tarnex::test::printed;
 
 /// The lines that begin with `start`, each once, without it.
 std::vector<std::string> told(std::string const& text, std::string const& start) {

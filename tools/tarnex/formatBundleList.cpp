@@ -1,4 +1,4 @@
-#include "CapturedOutput.h"
+#include "DivertedOutput.h"
 #include "formatFunctions.h"
 #include "wizard/MolTrajBundleIO.h"
 

@@ -1,4 +1,4 @@
-#include "SilentOutput.h"
+#include "DivertedOutput.h"
 #include "formatFunctions.h"
 #include "foundation/McFilename.h"
 #include "gromacs/GROMACSread.h"
@@ -125,7 +125,7 @@ public:
 
     int getNumTimeSteps() const override { return frames->getNumTimeSteps(); }
     bool getTimeStep(int step, Molecule* molecule) override {
-        SilentOutput const silent;
+        SilentOutput const silent(stdout);
         if (!frames->getTimeStep(step, molecule)) return false;
         auto const& header = *frames->lastHeader;
         return header.magic == gromacs::frameMagic && header.strLen == strLen && header.natoms == numAtoms;

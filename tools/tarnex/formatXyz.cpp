@@ -1,5 +1,5 @@
-#include "CapturedOutput.h"
 #include "CheckedSteps.h"
+#include "DivertedOutput.h"
 #include "StepFile.h"
 #include "chemistry/ElementTable.h"
 #include "formatFunctions.h"
@@ -31,7 +31,7 @@ void readXyzFile(std::string const& file, Document& document) {
     McHandle<MolTrajectory> const trajectory(xyz);
     {
         // A point for each frame.
-        CapturedOutput const points(stderr);
+        SilentOutput const points(stderr);
         if (!xyz->readXYZMolTrajectory(file.c_str())) throw Failure(file, errno);
     }
     int const steps = xyz->getNumTimeSteps();

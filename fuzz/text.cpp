@@ -3,7 +3,11 @@
 
 #include "amber/AMBERread.h"
 #include "chemistry/Resource.h"
+#include "formats/MolTrajectoryVDE.h"
+#include "formats/MolTrajectoryXYZ.h"
 #include "formats/UniChemIO.h"
+#include "gromacs/GROMACSread.h"
+#include "gromacs/GROMACSwrite.h"
 #include "mdl/MDLIO.h"
 #include "model/MolTrajectoryMem.h"
 #include "pdb/PDBread.h"
@@ -14,6 +18,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <iostream>
 #include <string>
 #include <unistd.h>
 
@@ -26,8 +31,6 @@ std::string nameOf(char const* purpose) {
     return folder + std::to_string(getpid()) + purpose;
 }
 
-enum Format : unsigned char { SDF, PDB, AMBER, MOL2, UNICHEM, numFormats };
-
 /// The file is topology, restart file and trajectory in one.
 void readAmber(char const* file, Bundle& bundle) {
     AMBERread amber(nullptr, nullptr);
@@ -37,31 +40,57 @@ void readAmber(char const* file, Bundle& bundle) {
     bundle.append(trajectory);
 }
 
-Bundle readUniChem(char const* file) {
-    Bundle bundle;
-    McHandle<Molecule> const molecule(UniChemIO(nullptr, nullptr).readUniChemMolecule(file));
-    if (molecule) bundle.append(new MolTrajectoryMem(molecule, 1));
-    return bundle;
+/// The file serves as structure and as topology.
+void readGro(char const* file, Bundle& bundle) {
+    McHandle<Molecule> const molecule(GROMACSread(nullptr, nullptr).readGRO(file));
+    if (!molecule) return;
+    bundle.append(new MolTrajectoryMem(molecule, 1));
+    GROMACSread(nullptr, nullptr).readTOP(file, molecule);
 }
 
-Bundle read(std::string const& file, unsigned format) {
+void readXyz(char const* file, Bundle& bundle) {
+    AtomDataBase table;
+    table.appendAtom(6, 1.7F, "C");
+    auto* xyz = new MolTrajectoryXYZ(nullptr, &table);
+    bundle.append(xyz);
+    std::cerr.setstate(std::ios::failbit); // a point for each frame
+    xyz->readXYZMolTrajectory(file);
+    std::cerr.clear();
+}
+
+/// The file is two steps.
+void readVde(char const* file, Bundle& bundle) {
+    auto* vde = new MolTrajectoryVDE(nullptr, nullptr);
+    bundle.append(vde);
+    char const* names[] = {file, file};
+    vde->readVDEMolTrajectory(2, names);
+}
+
+void readSdf(char const* file, Bundle& bundle) {
+    bundle = MDLIO(nullptr, nullptr).readMDLMolTrajectoryBundle(file);
+}
+
+void readPdb(char const* file, Bundle& bundle) {
+    PDBread(nullptr, nullptr).readPDBMolTrajectoryBundle(file, bundle);
+}
+
+void readMol2(char const* file, Bundle& bundle) {
+    TriposIO(nullptr, nullptr).readTriposBundle(file, bundle);
+}
+
+void readUniChem(char const* file, Bundle& bundle) {
+    McHandle<Molecule> const molecule(UniChemIO(nullptr, nullptr).readUniChemMolecule(file));
+    if (molecule) bundle.append(new MolTrajectoryMem(molecule, 1));
+}
+
+constexpr void (*readers[])(char const* file, Bundle& bundle) = {readSdf, readPdb, readAmber, readGro,
+                                                                 readXyz, readVde, readMol2,  readUniChem};
+enum Format : unsigned char { SDF, PDB, AMBER, GRO, XYZ, VDE, MOL2, UNICHEM };
+
+Bundle read(std::string const& file, unsigned char format) {
     Bundle bundle;
     try {
-        switch (format % numFormats) {
-        case SDF:
-            return MDLIO(nullptr, nullptr).readMDLMolTrajectoryBundle(file.c_str());
-        case AMBER:
-            readAmber(file.c_str(), bundle);
-            break;
-        case PDB:
-            PDBread(nullptr, nullptr).readPDBMolTrajectoryBundle(file.c_str(), bundle);
-            break;
-        case MOL2:
-            TriposIO(nullptr, nullptr).readTriposBundle(file.c_str(), bundle);
-            break;
-        default:
-            return readUniChem(file.c_str());
-        }
+        readers[format % std::size(readers)](file.c_str(), bundle);
     } catch (Parse_Error const&) {
         bundle.clear();
     }
@@ -74,14 +103,15 @@ void write(MolTrajectory& trajectory, std::string const& file) {
     MolTrajectoryMem steps(&trajectory);
     PDBwrite pdb(molchem::Resource::getInstance()->residueDatabase, nullptr, nullptr);
     if (pdb.writePDBMolTrajectory(&steps, file.c_str(), false)) read(file, PDB);
+    McHandle<Molecule> const first(new Molecule(steps.getTopology(), false));
+    steps.getTimeStep(0, first);
+    if (GROMACSwrite(nullptr, nullptr).writeGROMACSMolecule(first, file.c_str()) == 1) read(file + ".gro", GRO);
     try {
         if (MDLIO(nullptr, nullptr).writeMDLMolTrajectory(&steps, file.c_str())) read(file, SDF);
         McDArray<MolObject*> objects;
         objects.append(&steps);
         if (TriposIO(nullptr, nullptr).writeTriposBundle(objects, file.c_str())) read(file, MOL2);
-        Molecule molecule(steps.getTopology(), false);
-        steps.getTimeStep(0, &molecule);
-        if (UniChemIO(nullptr, nullptr).writeUniChemMolecule(&molecule, file.c_str())) read(file, UNICHEM);
+        if (UniChemIO(nullptr, nullptr).writeUniChemMolecule(first, file.c_str())) read(file, UNICHEM);
     } catch (FloatConversion_Error const&) {
         return;
     }
@@ -101,6 +131,6 @@ extern "C" int LLVMFuzzerTestOneInput(unsigned char const* data, std::size_t siz
     Bundle const bundle = read(input, data[0]);
     for (McHandle<MolTrajectory> const& trajectory : bundle) write(*trajectory, output);
     std::filesystem::remove(input);
-    std::filesystem::remove(output);
+    for (char const* extension : {"", ".gro", ".top"}) std::filesystem::remove(output + extension);
     return 0;
 }

@@ -1,7 +1,8 @@
 #include "foundation/McRawData.h"
 
+#include "foundation/bigEndian.h"
+
 #include <algorithm>
-#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -9,20 +10,10 @@
 namespace {
 
 template <class Word>
-Word swapped(Word word) {
-    if constexpr (sizeof(Word) == 4)
-        return __builtin_bswap32(word);
-    else
-        return __builtin_bswap64(word);
-}
-
-template <class Word>
 void swapWords(unsigned char* bytes, std::size_t n) {
     for (std::size_t i = 0; i < n; ++i) {
-        Word word;
-        std::memcpy(&word, bytes + i * sizeof word, sizeof word);
-        word = swapped(word);
-        std::memcpy(bytes + i * sizeof word, &word, sizeof word);
+        auto const word = tarnex::loadBig<Word>(bytes + i * sizeof(Word));
+        std::memcpy(bytes + i * sizeof(Word), &word, sizeof(Word));
     }
 }
 

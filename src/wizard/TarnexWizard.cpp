@@ -4,6 +4,10 @@
 #include "charmm/MolTrajectoryDCD.h"
 #include "chemistry/Resource.h"
 #include "formats/UniChemIO.h"
+#include "gromacs/GROMACSread.h"
+#include "gromacs/GROMACSread_SINGLE.h"
+#include "gromacs/GROMACSwrite.h"
+#include "gromacs/GROMACSwrite_SINGLE.h"
 #include "mdl/MDLIO.h"
 #include "model/MolTrajectoryMem.h"
 #include "pdb/PDBread.h"
@@ -79,6 +83,14 @@ Molecule* readAmberMolecule(char const* name, char const*) {
     return AMBERread(nullptr, nullptr).readAmberMolecule(name);
 }
 
+Molecule* readGroMolecule(char const* name, char const* second) {
+    return GROMACSread(nullptr, nullptr).readGROMACSMolecule(name, second);
+}
+
+Molecule* readGroSingleMolecule(char const* name, char const* second) {
+    return GROMACSread_SINGLE(nullptr, nullptr).readGROMACS_SINGLEMolecule(name, second);
+}
+
 Molecule* readMdlMolecule(char const* name, char const*) {
     return firstMolecule(MDLIO(nullptr, nullptr).readMDLMolTrajectoryBundle(name));
 }
@@ -109,6 +121,14 @@ Molecule* readQltMolecule(char const* name, char const*) {
 
 MolTrajectory* readAmberTrajectory(char const* name, char const* second, char const* third) {
     return AMBERread(nullptr, nullptr).readAmberMolTrajectory(name, second, third);
+}
+
+MolTrajectory* readGroTrajectory(char const* name, char const* second, char const* third) {
+    return GROMACSread(nullptr, nullptr).readGROMACSMolTrajectory(name, second, third);
+}
+
+MolTrajectory* readGroSingleTrajectory(char const* name, char const* second, char const* third) {
+    return GROMACSread_SINGLE(nullptr, nullptr).readGROMACS_SINGLEMolTrajectory(name, second, third);
 }
 
 MolTrajectory* readMdlTrajectory(char const* name, char const*, char const*) {
@@ -159,6 +179,8 @@ struct MoleculeReader {
 
 constexpr MoleculeReader moleculeReaders[] = {
     {Molecules::READ_AMBER, readAmberMolecule},
+    {Molecules::READ_GRO, readGroMolecule},
+    {Molecules::READ_GRO_SINGLE, readGroSingleMolecule},
     {Molecules::READ_MDL, readMdlMolecule},
     {Molecules::READ_PDB, readPdbMolecule},
     {Molecules::READ_TRIPOS, readTriposMolecule},
@@ -186,6 +208,8 @@ constexpr auto xyzTrajectory = static_cast<Trajectories>(7);
 constexpr TrajectoryReader trajectoryReaders[] = {
     {Trajectories::READ_AMBER, 1, readAmberTrajectory},
     {Trajectories::READ_DCD, 2, readDcdTrajectory},
+    {Trajectories::READ_GRO, 1, readGroTrajectory},
+    {Trajectories::READ_GRO_SINGLE, 1, readGroSingleTrajectory},
     {Trajectories::READ_MDL, 0, readMdlTrajectory},
     {Trajectories::READ_PDB, 0, readPdbTrajectory},
     {xyzTrajectory, 0, nullptr},
@@ -216,6 +240,23 @@ constexpr ExtensionRule<Bundles> bundleRules[] = {
 };
 
 // ---- Writing ----
+
+bool writeGroMolecule(Molecule* molecule, char const* name) {
+    return GROMACSwrite(nullptr, nullptr).writeGROMACSMolecule(molecule, name) != 0;
+}
+
+bool writeGroSingleMolecule(Molecule* molecule, char const* name) {
+    return GROMACSwrite_SINGLE(nullptr, nullptr).writeGROMACS_SINGLEMolecule(molecule, name) != 0;
+}
+
+/// The -1 of a trajectory that could not be written is no 0 and passes as well.
+bool writeGroTrajectory(MolTrajectory* trajectory, char const* name) {
+    return GROMACSwrite(nullptr, nullptr).writeGROMACSMolTrajectory(trajectory, name) != 0;
+}
+
+bool writeGroSingleTrajectory(MolTrajectory* trajectory, char const* name) {
+    return GROMACSwrite_SINGLE(nullptr, nullptr).writeGROMACS_SINGLEMolTrajectory(trajectory, name) != 0;
+}
 
 bool writeMdlMolecule(Molecule* molecule, char const* name) {
     return MDLIO(nullptr, nullptr).writeMDLMolecule(molecule, name);
@@ -270,6 +311,8 @@ struct WriterEntry {
 };
 
 constexpr WriterEntry<TarnexWizard::WriteMolecules, Molecule*> moleculeWriters[] = {
+    {TarnexWizard::WriteMolecules::WRITE_GRO, writeGroMolecule},
+    {TarnexWizard::WriteMolecules::WRITE_GRO_SINGLE, writeGroSingleMolecule},
     {TarnexWizard::WriteMolecules::WRITE_MDL, writeMdlMolecule},
     {TarnexWizard::WriteMolecules::WRITE_PDB, writePdbMolecule},
     {TarnexWizard::WriteMolecules::WRITE_TRIPOS, writeTriposMolecule},
@@ -278,6 +321,8 @@ constexpr WriterEntry<TarnexWizard::WriteMolecules, Molecule*> moleculeWriters[]
 };
 
 constexpr WriterEntry<TarnexWizard::WriteTrajectories, MolTrajectory*> trajectoryWriters[] = {
+    {TarnexWizard::WriteTrajectories::WRITE_GRO, writeGroTrajectory},
+    {TarnexWizard::WriteTrajectories::WRITE_GRO_SINGLE, writeGroSingleTrajectory},
     {TarnexWizard::WriteTrajectories::WRITE_MDL, writeMdlTrajectory},
     {TarnexWizard::WriteTrajectories::WRITE_PDB, writePdbTrajectory},
     {TarnexWizard::WriteTrajectories::WRITE_QLT, MolTrajectoryVRK::writeQLTMolTrajectory},

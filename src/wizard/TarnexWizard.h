@@ -78,6 +78,16 @@ public:
 
     /// Writes a bundle. Non-zero on success. The array must not be empty for `WRITE_PDB`.
     static int writeBundle(char const* name, McDArray<McHandle<MolTrajectory>> bundle, WriteBundles type);
+
+    /// Reads a fixed set of sample files, one of each format, in "/share/molecules/MolWizardTest/Load/Molecules/".
+    /// Tells on standard output which of them failed.
+    static void readTestMolecule();
+    /// Writes a molecule, which stays the caller's, in each format to "/share/molecules/MolWizardTest/Save/Molecules/".
+    static void writeTestMolecule(Molecule* molecule);
+    /// As `writeTestMolecule`, to "/share/molecules/MolWizardTest/Save/MolTrajectories/".
+    static void writeTestMolTrajectory(MolTrajectory* trajectory);
+    /// Does nothing.
+    static void readTestMolTrajectory();
 };
 
 /// The entry of the package: the version as major*10000 + minor*100 + patch.

@@ -104,7 +104,7 @@ TEST_F(Info, failsButGoesOnWhereAFileCannotBeRead) {
 TEST_F(CommandLine, isExplainedAndRefusedWhereItIsWrong) {
     EXPECT_THAT(runSilently({"--version"}), testing::MatchesRegex("tarnex [0-9.]+\n"));
     EXPECT_THAT(runSilently({"convert", "--help"}), HasSubstr("tarnex convert --frames 0:100:10"));
-    EXPECT_THAT(runSilently({"formats"}), HasSubstr("sdf     .sdf .sd .mol     yes   yes"));
+    EXPECT_THAT(runSilently({"formats"}), HasSubstr("sdf         .sdf .sd .mol     yes   yes"));
     std::vector<std::vector<std::string>> const wrong = {
         {},
         {"transmute", ligands},

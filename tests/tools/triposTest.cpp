@@ -86,7 +86,7 @@ TEST_F(UniChem, HoldsOneMolecule) {
 
     Program two({"convert", "--quiet", "out.uni", "in.mol2", "two.uni"});
     EXPECT_EQ(two.status(), 1);
-    EXPECT_EQ(two.err(), "tarnex: two.uni: a UniChem file holds one molecule, here are 2\n");
+    EXPECT_EQ(two.err(), "tarnex: two.uni: a UniChem file holds one molecule or trajectory, here are 2\n");
     writeFile("cut.uni", text.substr(0, text.find("BONDS")));
     EXPECT_EQ(Program({"info", "cut.uni"}).err(), "tarnex: cut.uni: Keyword END expected in line 9\n");
 }

@@ -6,6 +6,7 @@
 #include "qlt/MolTrajectoryVRK.h"
 #include "support/compareTopologies.h"
 #include "support/files.h"
+#include "support/printed.h"
 
 #include <gtest/gtest.h>
 #include <memory>
@@ -22,15 +23,6 @@ std::string sdf(int molecules) {
                 "         0         0 C\nM  END\n$$$$\n";
     }
     return text;
-}
-
-/// What a call writes on standard output.
-template <class Call>
-std::string printed(Call&& call) {
-    testing::internal::CaptureStdout();
-    call();
-    std::fflush(stdout);
-    return testing::internal::GetCapturedStdout();
 }
 
 std::string filled(std::string text, int value, std::string const& name) {
@@ -165,6 +157,51 @@ TEST(TarnexWizard, Dcd) {
                             nullptr);
               }),
               trajectoryMessage(1, "no.psf", 1));
+}
+
+TEST(TarnexWizard, Gromacs) {
+    std::string const atom = "    1HOH     OW    1   0.100   0.200   0.300\n";
+    std::string const gro = writeFile("a.gro", "t\n1\n" + atom);
+    std::string const out = scratchPath("out");
+    std::unique_ptr<Molecule> const molecule(
+        Wizard::readMolecule(gro.c_str(), Wizard::ReadMolecules::READ_AUTO, nullptr));
+    ASSERT_TRUE(molecule);
+    EXPECT_EQ(molecule->coords[0], McVec3f(1.0F, 2.0F, 3.0F));
+    // The second name alone chooses the format, but is not taken for the first.
+    EXPECT_EQ(printed([&] {
+                  auto const type = Wizard::ReadMolecules::READ_AUTO;
+                  EXPECT_EQ(Wizard::readMolecule("no.x", type, gro.c_str()), nullptr);
+              }),
+              moleculeMessage(1, "no.x", 1));
+    EXPECT_EQ(readMoleculePrints("no.gro", 2), moleculeMessage(2, "no.gro", 1));
+
+    MolTrajectoryMem trajectory(molecule.get(), 1);
+    struct Precision {
+        Wizard::WriteMolecules moleculeWriter;
+        Wizard::WriteTrajectories writer;
+        Wizard::ReadTrajectories reader;
+        std::uintmax_t bytes;
+    };
+    for (Precision const& p :
+         {Precision{Wizard::WriteMolecules::WRITE_GRO, Wizard::WriteTrajectories::WRITE_GRO,
+                    Wizard::ReadTrajectories::READ_AUTO, 188},
+          Precision{Wizard::WriteMolecules::WRITE_GRO_SINGLE, Wizard::WriteTrajectories::WRITE_GRO_SINGLE,
+                    Wizard::ReadTrajectories::READ_GRO_SINGLE, 132}}) {
+        EXPECT_EQ(Wizard::writeMolecule(out.c_str(), molecule.get(), p.moleculeWriter), 1);
+        EXPECT_EQ(Wizard::writeMolTrajectory(out.c_str(), &trajectory, p.writer), 1);
+        EXPECT_EQ(std::filesystem::file_size(out + ".trr"), p.bytes);
+        McHandle<MolTrajectory> const read(Wizard::readMolTrajectory((out + ".trr").c_str(), p.reader,
+                                                                     (out + ".gro").c_str(), (out + ".top").c_str()));
+        ASSERT_TRUE(read);
+        EXPECT_EQ(read->getNumTimeSteps(), 1);
+    }
+    // Only 0 of the writers counts as failure.
+    EXPECT_EQ(printed([&] { Wizard::writeMolTrajectory("/no/x", &trajectory, Wizard::WriteTrajectories::WRITE_GRO); }),
+              "");
+    EXPECT_EQ(printed([&] { Wizard::writeMolecule("/no/x", molecule.get(), Wizard::WriteMolecules::WRITE_GRO); }),
+              filled("Unable to write Molecule of type: %d\nNot saving molecule to %s\n\n", 0, "/no/x"));
+    EXPECT_EQ(readTrajectoryPrints("a.trr", 9), trajectoryMessage(2, "a.trr", 1));
+    EXPECT_EQ(readTrajectoryPrints("a.trr", 3), trajectoryMessage(3, "a.trr", 1));
 }
 
 TEST(TarnexWizard, TriposAndUniChem) {

@@ -14,6 +14,18 @@
 
 namespace tarnex::tool {
 
+namespace {
+
+Capacity groCapacity() {
+    return {.everything = false,
+            .levels = {"residues"},
+            .atomAttributes = {"type", "atomic_number", "radius"},
+            .bondAttributes = {"type"},
+            .dataItems = false};
+}
+
+} // namespace
+
 std::vector<Format> const& formats() {
     static std::vector<Format> const table = {
         {
@@ -85,6 +97,96 @@ std::vector<Format> const& formats() {
                          .bondAttributes = {},
                          .dataItems = false},
             .read = readCharmm,
+            .write = nullptr,
+        },
+        {
+            .name = "gro",
+            .extensions = {".gro"},
+            .companions = {".top"},
+            .description = "GROMACS structure, with the bonds in a .top file beside it",
+            .keeps =
+                "atom names, elements as far as names tell them, residues, positions to 2 decimals; from a .top file "
+                "charges, masses, bonds, pairs, angles and dihedrals with their function types, to a .top file bonds",
+            .loses = "title, velocities, box, residue numbers; when written also charges, masses, pairs, angles and "
+                     "dihedrals; one set of coordinates to a file",
+            .capacity = groCapacity(),
+            .read = readGro,
+            .write = writeGro,
+            .writtenBeside = {".top"},
+        },
+        {
+            .name = "trr",
+            .extensions = {".trr"},
+            .companions = {".gro", ".top"},
+            .description = "GROMACS trajectory in double precision, with its structure as .gro and .top",
+            .keeps = "positions of each frame; the structure as in gro",
+            .loses = "times, velocities, forces, boxes; as gro",
+            .capacity = groCapacity(),
+            .read = readTrr,
+            .write = writeTrr,
+            .writtenBeside = {".gro", ".top"},
+            .inSinglePrecision = "trr-single",
+        },
+        {
+            .name = "trr-single",
+            .extensions = {},
+            .companions = {".gro", ".top"},
+            .description = "the same in single precision, also chosen by --single; no file states which it is",
+            .keeps = "positions of each frame; the structure as in gro",
+            .loses = "as trr; what is written states sizes of double precision, which other programs go by",
+            .capacity = groCapacity(),
+            .read = readTrrSingle,
+            .write = writeTrrSingle,
+            .writtenBeside = {".gro", ".top"},
+        },
+        {
+            .name = "xyz",
+            .extensions = {".xyz"},
+            .companions = {},
+            .description = "XYZ file of one or more frames",
+            .keeps = "elements by their symbols, words that are no symbols, positions bit by bit; frames as steps",
+            .loses = "bonds, comment lines but for the name that is written, columns behind the third coordinate, the "
+                     "words of all frames but the first, frames from the first of another size on; one molecule or "
+                     "trajectory to a file",
+            .capacity = {.everything = false,
+                         .levels = {},
+                         .atomAttributes = {"atomic_number", "radius", "atom_type_name"},
+                         .bondAttributes = {},
+                         .dataItems = false,
+                         .bonds = false},
+            .read = readXyz,
+            .write = writeXyz,
+        },
+        {
+            .name = "vde",
+            .extensions = {".vde"},
+            .companions = {".vde"},
+            .description = "VDE pictures of spheres and segments, a file for each step",
+            .keeps = "H, C, N, O, P and S by colour, positions bit by bit, bonds; files in a row are the steps of one "
+                     "trajectory",
+            .loses =
+                "all other elements, names, types of bonds, bonds that only later steps have; of atoms at the same "
+                "place all bonds go to the first; one molecule or trajectory to an output",
+            .capacity = {.everything = false,
+                         .levels = {},
+                         .atomAttributes = {"atomic_number", "radius"},
+                         .bondAttributes = {},
+                         .dataItems = false},
+            .read = readVde,
+            .write = writeVde,
+        },
+        {
+            .name = "bundle",
+            .extensions = {".bundle"},
+            .companions = {},
+            .description = "list that names other files, read as one bundle",
+            .keeps = "what the formats of the named files keep; each molecule is named by its file",
+            .loses =
+                "records behind the first of SD and mol2 files, names of molecules, XYZ and VDE files, files whose "
+                "formats need a second one",
+            .capacity =
+                {.everything = true, .levels = {}, .atomAttributes = {}, .bondAttributes = {}, .dataItems = true},
+            .read = readBundleList,
             .write = nullptr,
         },
         {
@@ -198,7 +300,12 @@ Format const& formatOfFile(std::string const& file) {
                    "); name the format with --from or --to"};
 }
 
-std::vector<Input> groupInputs(FileNames const& files, std::string const& formatName) {
+Format const& chosenFormat(std::string const& file, std::string const& name, bool single) {
+    Format const& format = name.empty() ? formatOfFile(file) : formatByName(name);
+    return single && !format.inSinglePrecision.empty() ? formatByName(std::string(format.inSinglePrecision)) : format;
+}
+
+std::vector<Input> groupInputs(FileNames const& files, std::string const& formatName, bool single) {
     std::vector<Input> inputs;
     for (std::string const& file : files) {
         if (file == "-") throw WrongUse{"standard input cannot be read; name a file"};
@@ -206,7 +313,7 @@ std::vector<Input> groupInputs(FileNames const& files, std::string const& format
             inputs.back().files.push_back(file);
             continue;
         }
-        Format const& format = formatName.empty() ? formatOfFile(file) : formatByName(formatName);
+        Format const& format = chosenFormat(file, formatName, single);
         if (!format.read) throw WrongUse{"the format " + std::string(format.name) + " is only written"};
         inputs.push_back({&format, {file}});
     }

@@ -30,6 +30,7 @@ struct Capacity {
     std::vector<std::string_view> atomAttributes;
     std::vector<std::string_view> bondAttributes;
     bool dataItems;
+    bool bonds = true;
     /// Those that are kept where others are not.
     std::vector<std::string_view> dataNames = {};
 };
@@ -49,6 +50,10 @@ struct Format {
     void (*read)(FileNames const& files, Document& document, Console& console);
     /// Writes the temporary file of the output. Null if the format is only read.
     void (*write)(Bundle const& bundle, OutputFile const& output, Console& console);
+    /// Extensions of the further files that are written beside one of this format.
+    std::vector<std::string_view> writtenBeside = {};
+    /// The format of the same files in single precision, if no file states its precision.
+    std::string_view inSinglePrecision = {};
 };
 
 std::vector<Format> const& formats();
@@ -68,15 +73,19 @@ Format const& formatByName(std::string const& name);
 /// Throws `WrongUse` for an unknown extension, which is matched without regard to case.
 Format const& formatOfFile(std::string const& file);
 
+/// The format of a file by the user's choice: by name or, if that is empty, by extension, and in single precision if it
+/// is wanted and makes a difference. Throws `WrongUse` as above.
+Format const& chosenFormat(std::string const& file, std::string const& name, bool single);
+
 /// Files that are read together, and how.
 struct Input {
     Format const* format;
     FileNames files;
 };
 
-/// Sorts the files of a command line into inputs. `formatName` is empty if the extensions decide. Throws `WrongUse` for
-/// a format that is unknown or not read.
-std::vector<Input> groupInputs(FileNames const& files, std::string const& formatName);
+/// Sorts the files of a command line into inputs, by formats as they are chosen above. Throws `WrongUse` for a format
+/// that is unknown or not read.
+std::vector<Input> groupInputs(FileNames const& files, std::string const& formatName, bool single);
 
 /// Throws `Failure` if a file cannot be read or has nothing in it, `Interrupted` if the user asked to stop.
 Document readInput(Input const& input, Console& console);

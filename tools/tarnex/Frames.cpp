@@ -40,8 +40,11 @@ public:
         } catch (...) {
             reason = ": " + reasonOfCurrentException();
         }
-        transfer.failure.emplace(file, "step " + std::to_string(sourceStep) + " of \"" +
-                                           source->getTopology()->getName() + "\" cannot be read" + reason);
+        // Writers that pass over a step go on; the first failure tells most.
+        if (!transfer.failure) {
+            transfer.failure.emplace(file, "step " + std::to_string(sourceStep) + " of \"" +
+                                               source->getTopology()->getName() + "\" cannot be read" + reason);
+        }
         return false;
     }
 

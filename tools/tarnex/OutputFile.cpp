@@ -45,8 +45,15 @@ mode_t modeOfNewFiles() {
 
 } // namespace
 
-OutputFile::OutputFile(std::string const& outputName) : shownName(outputName == "-" ? "standard output" : outputName) {
+OutputFile::OutputFile(std::string const& outputName, std::vector<std::string_view> const& extensionsBeside)
+    : shownName(outputName == "-" ? "standard output" : outputName) {
     chooseTarget(outputName);
+    for (std::string_view const extension : extensionsBeside) {
+        if (isStream) break;
+        std::string const other = std::filesystem::path(outputName).replace_extension(extension).string();
+        if (other == outputName) throw Failure(shownName, "a further file of the output has the same name");
+        beside.push_back(std::make_unique<OutputFile>(other));
+    }
     makeTemporary();
 }
 
@@ -81,18 +88,43 @@ void OutputFile::makeTemporary() {
     temporaryPath = path;
 }
 
+std::string OutputFile::temporaryBeside(std::string_view extension) const {
+    for (auto const& file : beside) {
+        if (std::string_view(file->shownName).ends_with(extension)) return file->temporaryPath;
+    }
+    return {};
+}
+
+std::vector<std::string> OutputFile::namesBeside() const {
+    std::vector<std::string> names;
+    for (auto const& file : beside) names.push_back(file->shownName);
+    return names;
+}
+
 void OutputFile::putInPlace() {
-    Descriptor const whole(open(temporaryPath.c_str(), O_RDONLY | O_CLOEXEC));
-    if (!whole) throw Failure(shownName, errno);
     if (isStream) {
+        Descriptor const whole(open(temporaryPath.c_str(), O_RDONLY | O_CLOEXEC));
+        if (!whole) throw Failure(shownName, errno);
         unlink(temporaryPath.c_str());
         temporaryPath.clear();
         copyToStream(whole.get());
         return;
     }
+    for (auto const& file : beside) file->makeReady();
+    makeReady();
+    for (auto const& file : beside) file->moveToTarget();
+    moveToTarget();
+}
+
+void OutputFile::makeReady() const {
+    Descriptor const whole(open(temporaryPath.c_str(), O_RDONLY | O_CLOEXEC));
+    if (!whole) throw Failure(shownName, errno);
     fchmod(whole.get(), mode); // some file systems know no modes
     // A disk that is full or gone may tell so only now.
     if (fsync(whole.get()) != 0) throw Failure(shownName, errno);
+}
+
+void OutputFile::moveToTarget() {
     if (std::rename(temporaryPath.c_str(), target.c_str()) != 0) throw Failure(shownName, errno);
     temporaryPath.clear();
 }

@@ -14,6 +14,7 @@ struct InfoOptions {
     FileNames files;
     std::string from;
     bool json = false;
+    bool single = false;
     bool all = false;
 };
 
@@ -27,6 +28,7 @@ struct ConvertOptions {
     std::string to;
     FrameRange frames;
     bool keepGoing = false;
+    bool single = false;
 };
 
 ExitStatus runConvert(ConvertOptions const& options, Console& console);

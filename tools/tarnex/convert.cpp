@@ -2,15 +2,30 @@
 #include "commands.h"
 #include "losses.h"
 
+#include <filesystem>
+
 namespace tarnex::tool {
 
 namespace {
 
 Format const& outputFormat(ConvertOptions const& options) {
     if (options.to.empty() && options.output == "-") throw WrongUse{"standard output needs a format: --to FORMAT"};
-    Format const& format = options.to.empty() ? formatOfFile(options.output) : formatByName(options.to);
+    Format const& format = chosenFormat(options.output, options.to, options.single);
     if (!format.write) throw WrongUse{"the format " + std::string(format.name) + " is only read"};
     return format;
+}
+
+/// A file beside the output has a name that the user did not give: it must not take the place of an input.
+void protectInputs(FileNames const& inputs, OutputFile const& output) {
+    for (std::string const& beside : output.namesBeside()) {
+        for (std::string const& input : inputs) {
+            std::error_code ignored;
+            if (std::filesystem::equivalent(beside, input, ignored)) {
+                throw Failure(output.name(),
+                              "it comes with the file " + beside + ", which is an input; choose another name");
+            }
+        }
+    }
 }
 
 /// Damaged input is a failure unless the user takes what could be read of it.
@@ -48,14 +63,16 @@ void write(Bundle const& bundle, Format const& format, OutputFile const& output,
 
 ExitStatus runConvert(ConvertOptions const& options, Console& console) {
     Format const& format = outputFormat(options);
-    std::vector<Input> const inputs = groupInputs(options.inputs, options.from);
-    OutputFile output(options.output);
+    std::vector<Input> const inputs = groupInputs(options.inputs, options.from, options.single);
+    OutputFile output(options.output, format.writtenBeside);
+    protectInputs(options.inputs, output);
     Transfer transfer(console);
     Bundle const bundle = readSelected(inputs, options, transfer);
     std::string const losses = lossesOf(bundle, format);
     if (!losses.empty()) console.note(std::string(format.name) + " does not keep " + losses);
     write(bundle, format, output, transfer);
     output.putInPlace();
+    for (std::string const& name : output.namesBeside()) console.note(name + " is written as well");
     return succeeded;
 }
 

@@ -13,6 +13,20 @@ void writePdb(Bundle const& bundle, OutputFile const& output, Console& console);
 
 void readAmber(FileNames const& files, Document& document, Console& console);
 void readCharmm(FileNames const& files, Document& document, Console& console);
+void readGro(FileNames const& files, Document& document, Console& console);
+void writeGro(Bundle const& bundle, OutputFile const& output, Console& console);
+void readTrr(FileNames const& files, Document& document, Console& console);
+void writeTrr(Bundle const& bundle, OutputFile const& output, Console& console);
+void readTrrSingle(FileNames const& files, Document& document, Console& console);
+void writeTrrSingle(Bundle const& bundle, OutputFile const& output, Console& console);
+
+void readXyz(FileNames const& files, Document& document, Console& console);
+void writeXyz(Bundle const& bundle, OutputFile const& output, Console& console);
+
+void readVde(FileNames const& files, Document& document, Console& console);
+void writeVde(Bundle const& bundle, OutputFile const& output, Console& console);
+
+void readBundleList(FileNames const& files, Document& document, Console& console);
 
 void readMol2(FileNames const& files, Document& document, Console& console);
 void writeMol2(Bundle const& bundle, OutputFile const& output, Console& console);

@@ -1,3 +1,4 @@
+#include "StepFile.h"
 #include "TextOutput.h"
 #include "formatFunctions.h"
 #include "formats/UniChemIO.h"
@@ -29,15 +30,14 @@ void readUniChem(FileNames const& files, Document& document, Console& console) {
 }
 
 void writeUniChem(Bundle const& bundle, OutputFile const& output, Console& console) {
-    auto const requireOne = [&output](std::int64_t number, std::string const& what) {
-        if (number != 1) {
-            throw Failure(output.name(), "a UniChem file holds one " + what + ", here are " + std::to_string(number));
-        }
-    };
-    requireOne(bundle.size, "molecule");
-    requireOne(bundle[0]->getNumTimeSteps(), "step");
-    McHandle<Molecule> const molecule(new Molecule(bundle[0]->getTopology(), false));
-    if (!bundle[0]->getTimeStep(0, molecule)) throw Failure(output.name(), "the step cannot be read");
+    MolTrajectory& trajectory = onlyTrajectory(bundle, output, "a UniChem file holds");
+    int const numSteps = trajectory.getNumTimeSteps();
+    if (numSteps != 1) {
+        throw Failure(output.name(),
+                      "a UniChem file holds one step, here are " + std::to_string(numSteps) + "; --frames picks one");
+    }
+    McHandle<Molecule> const molecule(new Molecule(trajectory.getTopology(), false));
+    if (!trajectory.getTimeStep(0, molecule)) throw Failure(output.name(), "the step cannot be read");
     TextOutput file(output);
     std::string const title = file.title();
     UniChemIO(nullptr, &console).writeUniChemMolecule(molecule, title.c_str(), file.text());

@@ -21,10 +21,10 @@ void printWrapped(char const* title, std::string_view text) {
 } // namespace
 
 ExitStatus runFormats() {
-    std::printf("%-8s%-18s%-6s%-7s%s\n", "Format", "Extensions", "Read", "Write", "What it is");
+    std::printf("%-12s%-18s%-6s%-7s%s\n", "Format", "Extensions", "Read", "Write", "What it is");
     for (Format const& format : formats()) {
         std::vector<std::string> const extensions(format.extensions.begin(), format.extensions.end());
-        std::printf("%-8s%-18s%-6s%-7s%s\n", std::string(format.name).c_str(), joined(extensions, " ").c_str(),
+        std::printf("%-12s%-18s%-6s%-7s%s\n", std::string(format.name).c_str(), joined(extensions, " ").c_str(),
                     format.read ? "yes" : "no", format.write ? "yes" : "no", std::string(format.description).c_str());
         printWrapped("keeps", format.keeps);
         printWrapped("loses", format.loses);

@@ -42,7 +42,7 @@ FileReport reportOf(Input const& input, Console& console) {
 ExitStatus runInfo(InfoOptions const& options, Console& console) {
     ExitStatus status = succeeded;
     std::vector<FileReport> reports;
-    for (Input const& input : groupInputs(options.files, options.from)) {
+    for (Input const& input : groupInputs(options.files, options.from, options.single)) {
         FileReport report = reportOf(input, console);
         for (std::string const& error : report.errors) console.error(error);
         if (!report.errors.empty()) status = failed;

@@ -43,6 +43,7 @@ std::string lossesOf(Bundle const& bundle, Format const& format) {
     NameList levels;
     NameList atomAttributes;
     NameList bondAttributes;
+    bool hasBonds = false;
     bool hasData = false;
     for (McHandle<MolTrajectory> const& trajectory : bundle) {
         MolTopology const& topology = *trajectory->getTopology();
@@ -54,12 +55,16 @@ std::string lossesOf(Bundle const& bundle, Format const& format) {
             bool const isKept = std::find(kept.begin(), kept.end(), level.getName()) != kept.end();
             if (level.groups.size > 0 && !isKept) levels.add(level.getName());
         }
+        hasBonds = hasBonds || topology.levels[1]->groups.size > 0;
         hasData = hasData || hasOtherData(topology, format.capacity.dataNames);
     }
     std::vector<std::string> parts;
     levels.describe("the levels", parts);
     atomAttributes.describe("of the atoms", parts);
-    bondAttributes.describe("of the bonds", parts);
+    if (hasBonds && !format.capacity.bonds)
+        parts.emplace_back("bonds");
+    else
+        bondAttributes.describe("of the bonds", parts);
     if (hasData && !format.capacity.dataItems) parts.emplace_back("data items");
     return joined(parts, "; ");
 }

@@ -24,6 +24,8 @@ constexpr char const* infoHelp = "Examples:\n"
                                  "  tarnex info ligands.sdf          the first ten molecules, long values cut\n"
                                  "  tarnex info --all ligands.sdf    everything\n"
                                  "  tarnex info --json *.sdf         for a program: an array, an object for each file\n"
+                                 "  tarnex info traj.trr conf.gro topol.top\n"
+                                 "                                   a trajectory with its structure and topology\n"
                                  "\n"
                                  "Atoms are numbered from 1. The formula counts the atoms of the file; implicit\n"
                                  "hydrogens are told separately. The extent is that of the first step.\n"
@@ -39,6 +41,10 @@ constexpr char const* convertHelp =
     "  tarnex convert --frames 0:100:10 run.qlt some.qlt\n"
     "                                            steps 0, 10, 20 ... 100\n"
     "  tarnex convert --to sdf run.qlt - | less\n"
+    "  tarnex convert traj.trr conf.gro topol.top out.pdb\n"
+    "                                            files that belong together stand in a row\n"
+    "  tarnex convert --from trr-single --to trr traj.trr conf.gro out.trr\n"
+    "                                            from single to double precision\n"
     "\n"
     "--frames takes steps from each trajectory of more than one. Steps count from 0,\n"
     "and LAST is one of them. Negative numbers count from the end; -1 is the last step.\n"
@@ -104,6 +110,7 @@ void Arguments::addInfo() {
     sub->add_flag("--json", info.json, "Everything, as JSON for a program");
     sub->add_flag("-a,--all", info.all, "All molecules, data items and long values");
     sub->add_option("--from", info.from, "Format of the files: " + formatNames())->option_text("FORMAT");
+    sub->add_flag("--single", info.single, "The .trr files are in single precision, which no file states");
     addQuiet(sub);
     sub->footer(std::string(infoHelp) + statusHelp);
     sub->final_callback([this] { command = [this](Console& console) { return runInfo(info, console); }; });
@@ -119,6 +126,7 @@ void Arguments::addConvert() {
     auto const setFrames = [this](std::string const& text) { convert.frames = FrameRange::parse(text); };
     sub->add_option_function<std::string>("--frames", setFrames, "Steps to take of trajectories")
         ->option_text("FIRST:LAST:STEP");
+    sub->add_flag("--single", convert.single, "The .trr files, read or written, are in single precision");
     sub->add_flag("-k,--keep-going", convert.keepGoing, "Convert what can be read of a damaged file");
     addQuiet(sub);
     sub->footer(std::string(convertHelp) + statusHelp);

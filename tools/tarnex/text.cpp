@@ -1,5 +1,6 @@
 #include "text.h"
 
+#include <charconv>
 #include <cstdio>
 
 namespace tarnex::tool {
@@ -68,6 +69,14 @@ std::string decimal(double value, int digits) {
         if (text.back() == '.') text.pop_back();
     }
     return text == "-0" ? "0" : text;
+}
+
+void appendExact(std::string& line, float value, std::size_t width) {
+    char digits[200];
+    char const* const end = std::to_chars(digits, digits + sizeof digits, value, std::chars_format::fixed).ptr;
+    auto const length = static_cast<std::size_t>(end - digits);
+    if (length < width) line.append(width - length, ' ');
+    line.append(digits, length);
 }
 
 } // namespace tarnex::tool

@@ -25,4 +25,8 @@ std::string reasonInMessages(std::string const& messages);
 /// The number without superfluous decimals, at most `digits` of them.
 std::string decimal(double value, int digits);
 
+/// Appends a finite number by the fewest digits that give it back bit by bit, without exponent. Blanks stand ahead of
+/// it up to a width.
+void appendExact(std::string& line, float value, std::size_t width);
+
 } // namespace tarnex::tool

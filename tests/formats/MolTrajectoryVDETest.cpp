@@ -1,0 +1,186 @@
+#include "formats/MolTrajectoryVDE.h"
+
+#include "formats/NearestAtom.h"
+#include "model/Molecule.h"
+#include "support/files.h"
+
+#include <cmath>
+#include <limits>
+#include <memory>
+#include <random>
+
+namespace {
+
+using namespace tarnex::test;
+using Pairs = std::vector<std::pair<int, int>>;
+
+Pairs bondsOf(Molecule& molecule) {
+    Pairs bonds;
+    for (MtGroup const* group : molecule.getTopology()->levels[1]->groups) {
+        bonds.emplace_back((*group)[0].groupIx, (*group)[1].groupIx);
+    }
+    return bonds;
+}
+
+McHandle<MolTrajectoryVDE> opened(std::vector<std::string> const& texts) {
+    std::vector<std::string> files;
+    for (std::string const& text : texts) {
+        files.push_back(text.empty() ? "/absent" : writeFile(std::to_string(files.size()) + ".vde", text));
+    }
+    std::vector<char const*> names;
+    for (std::string const& file : files) names.push_back(file.c_str());
+    McHandle<MolTrajectoryVDE> vde(new MolTrajectoryVDE(nullptr, nullptr));
+    EXPECT_STREQ(vde->getTopology()->getName(), "VDE");
+    EXPECT_EQ(vde->readVDEMolTrajectory(static_cast<int>(names.size()), names.data()), vde);
+    return vde;
+}
+
+std::string const threeAtoms = "3 atoms\n0 0 0 1 1 1 9\n1 0 0 0 1 0 9\n5 0 0 .5 .5 .5 9\n";
+
+TEST(MolTrajectoryVDE, ColoursTellElements) {
+    McHandle<MolTrajectoryVDE> const vde =
+        opened({"8 x\n 0 0 0 1.0 1.0 1.0 1\n0 0 0 0 1 0 1 0 0 0 0 0 1 1\n0 0 0 1 0 0 1\n0 0 0 0.5 0.5 0.5 1\n"
+                "0 0 0 1 1 0 1\n0 0 0 0.50001 0.5 0.5 1\n0 0 0 1 1 1.0000001 1\n0\n"});
+    MtGroupingLevel& atoms = *vde->getTopology()->levels[0];
+    EXPECT_STREQ(vde->getTopology()->getName(), "");
+    EXPECT_EQ(atoms.flags & MtGroupingLevel::flagBit5, 0);
+    int const numbers[] = {1, 6, 7, 8, 15, 16, 0, 0};
+    float const radii[] = {1.2F, 1.85F, 1.54F, 1.4F, 1.9F, 1.85F, 0.0F, 0.0F};
+    ASSERT_EQ(atoms.groups.size, 8);
+    for (int i = 0; i < 8; ++i) {
+        EXPECT_EQ(atoms.integerAttribute("atomic_number", MtGroupingLevel::FIND, true)->getValue(i), numbers[i]);
+        EXPECT_EQ(atoms.floatAttribute("radius", MtGroupingLevel::FIND, true)->getValue(i), radii[i]);
+    }
+}
+
+TEST(MolTrajectoryVDE, EachStepHasBondsOfItsOwn) {
+    McHandle<MolTrajectoryVDE> const vde =
+        opened({threeAtoms + "2 bonds\n0 0 0 1 0 0\n0.6 9 0 4 0 0\n", "", threeAtoms + "1\n3 0 0 -7 0 0\n",
+                "2\n1 1 1 1 1 1 9\n2 2 2 0 1 0 9\n1\n0 0 0 1 0 0\n", threeAtoms + "0\n"});
+    EXPECT_EQ(vde->getNumTimeSteps(), 5);
+    EXPECT_EQ(vde->getTopology()->levels[1]->groups.size, 0);
+    struct {
+        int step;
+        Pairs bonds;
+        bool hasType;
+    } const cases[] = {{4, {}, false},      {0, {{0, 1}, {1, 2}}, true}, {1, {}, false},
+                       {3, {{1, 0}}, true}, {2, {{1, 0}}, true},         {7, {}, false}};
+    McHandle<MolTopology> previous;
+    Molecule molecule(new MolTopology, true);
+    for (auto const& c : cases) {
+        EXPECT_TRUE(vde->getTimeStep(c.step, &molecule));
+        EXPECT_EQ(bondsOf(molecule), c.bonds) << c.step;
+        EXPECT_EQ(molecule.coords[2], McVec3f(5.0F, 0.0F, 0.0F)) << c.step;
+        EXPECT_NE(molecule.getTopology(), static_cast<MolTopology*>(previous));
+        previous = molecule.getTopology();
+        MtGroupingLevel& bonds = *previous->levels[1];
+        MtIntegerAttribute const* types = bonds.integerAttribute("type", MtGroupingLevel::FIND, true);
+        ASSERT_EQ(types != nullptr, c.hasType) << c.step;
+        if (types) EXPECT_EQ(types->getValue(static_cast<int>(c.bonds.size()) - 1), 1);
+        EXPECT_EQ(bonds.flags & MtGroupingLevel::flagBit0, MtGroupingLevel::flagBit0);
+    }
+    EXPECT_FALSE(vde->getTimeStep(0, nullptr));
+}
+
+TEST(MolTrajectoryVDE, BadFilesGiveWhatCanBeRead) {
+    struct {
+        std::string text;
+        int atoms;
+        std::size_t bonds;
+    } const cases[] = {
+        {"", 0, 0},
+        {"three\n", 0, 0},
+        {"2000000000\n0 0 0 1 1 1 1", 1, 0},
+        {"2000000000\n0 0 0 1 1 1 1\n", 2, 0}, // the record that the file ends in
+        {"-3\n1\n0 0 0 1 1 1\n", 0, 0},
+        {threeAtoms + "2000000000\n0 0 0 1 0 0", 3, 1},
+        {threeAtoms + "2000000000\n0 0 0 1 0 0\n", 3, 2},
+        {threeAtoms + "2\nnan 0 0 1 0 0\n", 3, 1},
+        {threeAtoms + "1\n1e30 0 0 1 0 0\n", 3, 0},                                  // no distance in single precision
+        {threeAtoms + "1" + std::string(298, ' ') + "\n0 0 0\n1 0 0 5 0 0\n", 3, 1}, // a line of 300 takes the next one
+        {threeAtoms + "1" + std::string(2000, ' ') + "\n0 0 0 1 0 0\n", 3, 1},
+    };
+    for (auto const& c : cases) {
+        McHandle<MolTrajectoryVDE> const vde = opened({c.text});
+        Molecule molecule(new MolTopology, true);
+        EXPECT_TRUE(vde->getTimeStep(0, &molecule));
+        EXPECT_EQ(molecule.getNumAtoms(), c.atoms) << c.text;
+        EXPECT_EQ(bondsOf(molecule).size(), c.bonds) << c.text;
+    }
+    EXPECT_EQ(opened({})->getNumTimeSteps(), 0);
+}
+
+TEST(MolTrajectoryVDE, PartsAreReadFromAnyStream) {
+    std::istringstream in(threeAtoms + "1 x\n0 0 0 1 0 0\n" + threeAtoms + "1\n5 0 0 0 0 0 rest");
+    MolTrajectoryVDE vde(nullptr, nullptr);
+    vde.readBaseTopo(in);
+    EXPECT_TRUE(std::unique_ptr<std::ifstream>(vde.openStep(0))->fail());
+    Molecule molecule(new MolTopology, true);
+    EXPECT_TRUE(vde.getTimeStep(0, &molecule)); // no file: the atoms alone
+    ASSERT_EQ(molecule.getNumAtoms(), 3);
+    vde.readBonds(in, &molecule); // all atoms lie at the origin
+    vde.readAtomPositions(in, &molecule);
+    vde.readBonds(in, &molecule);
+    EXPECT_EQ(bondsOf(molecule), (Pairs{{0, 0}, {2, 0}}));
+    EXPECT_TRUE(in.good());
+    std::string rest;
+    in >> rest;
+    EXPECT_EQ(rest, "rest");
+    std::istringstream other("2\n1 1 1");
+    vde.readAtomPositions(other, &molecule);
+    EXPECT_EQ(other.tellg(), 1);
+    EXPECT_EQ(molecule.coords[1].x, 1.0F);
+}
+
+/// The nearest atom by a walk over all of them.
+int nearestByWalk(McDArray<McVec3f> const& atoms, McVec3f const& end) {
+    float best = std::numeric_limits<float>::max();
+    int nearest = -1;
+    for (int i = 0; i < atoms.size; ++i) {
+        float const x = end.x - atoms[i].x;
+        float const y = end.y - atoms[i].y;
+        float const z = end.z - atoms[i].z;
+        float const distance = std::sqrt(x * x + y * y + z * z);
+        if (distance < best) {
+            best = distance;
+            nearest = i;
+        }
+    }
+    return nearest;
+}
+
+TEST(NearestAtom, IsThatOfAWalkOverAll) {
+    std::mt19937 random(11);
+    float const odd[] = {0.0F,     -0.0F, 1e-23F, 2e-23F,   1e-30F,    1e-45F, 1e18F, 1.3e19F,
+                         -1.3e19F, 3e38F, -3e38F, INFINITY, -INFINITY, NAN,    5.0F,  0.1F};
+    auto const coordinate = [&](int kind) -> float {
+        auto const number = static_cast<float>(random() % 1000);
+        switch (kind) {
+        case 0: // a grid full of ties
+            return std::floor(number / 125.0F);
+        case 1:
+            return odd[random() % std::size(odd)];
+        case 2: // a cloud and what lies far from it
+            return random() % 50 == 0 ? number * 1e6F : number * 0.01F;
+        default: // distances that differ only before the square root is rounded
+            return 1000.0F + number * 0.0001F;
+        }
+    };
+    int found = 0;
+    for (int round = 0; round < 400; ++round) {
+        int const kind = round % 4;
+        McDArray<McVec3f> atoms;
+        for (auto n = random() % 200; n > 0; --n) atoms.append({coordinate(kind), coordinate(kind), coordinate(kind)});
+        tarnex::NearestAtom const nearest(atoms);
+        for (int i = 0; i < 50; ++i) {
+            int const endKind = i % 8 == 0 ? 1 : kind;
+            McVec3f const end(coordinate(endKind), coordinate(endKind), coordinate(endKind));
+            int const expected = nearestByWalk(atoms, end);
+            ASSERT_EQ(nearest.find(end), expected) << "round " << round;
+            if (expected >= 0) ++found;
+        }
+    }
+    EXPECT_GT(found, 10000);
+}
+
+} // namespace

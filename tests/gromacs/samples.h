@@ -1,0 +1,102 @@
+#pragma once
+
+#include "model/MolTrajectory.h"
+#include "model/Molecule.h"
+#include "model/MtListGroups.h"
+
+#include <bit>
+#include <cstdint>
+#include <memory>
+#include <string>
+
+namespace tarnex::test {
+
+/// Bytes in big-endian order, put together by hand.
+class BigBytes {
+public:
+    template <class Number>
+    BigBytes& put(Number number) {
+        using Word = std::conditional_t<sizeof(Number) == 4, std::uint32_t, std::uint64_t>;
+        auto const word = std::bit_cast<Word>(number);
+        for (int shift = 8 * sizeof(Word) - 8; shift >= 0; shift -= 8)
+            bytes += static_cast<char>(word >> shift & 0xffU);
+        return *this;
+    }
+    template <class Number>
+    BigBytes& repeat(Number number, int count) {
+        for (int i = 0; i < count; ++i) put(number);
+        return *this;
+    }
+    BigBytes& raw(std::string const& text) {
+        bytes += text;
+        return *this;
+    }
+    std::string bytes;
+};
+
+/// A frame as a file may hold it. Each array is filled with one number, apart from the positions, which count up from
+/// `position` in steps of one.
+template <class Real>
+struct Frame {
+    int numAtoms = 2;
+    Real position = 1;
+    bool hasBox = true, hasVirial = false, hasPressure = false, hasPositions = true, hasVelocities = false,
+         hasForces = false;
+    int strLen = 13;
+    std::string version = std::string("\0\0\0\x0c", 4) + "GMX_trn_file";
+    int claimedAtoms = numAtoms;
+
+    std::string bytes() const {
+        BigBytes all;
+        all.put(1993).put(strLen).raw(version).put(0).put(0);
+        all.put(hasBox ? 1 : 0).put(hasVirial ? 1 : 0).put(hasPressure ? 1 : 0).put(0).put(0);
+        all.put(hasPositions ? 1 : 0).put(hasVelocities ? 1 : 0).put(hasForces ? 1 : 0);
+        all.put(claimedAtoms).put(7).put(0).put(Real(2.5)).put(Real(0.5));
+        all.repeat(Real(5), hasBox ? 9 : 0).repeat(Real(8), hasVirial ? 27 : 0).repeat(Real(9), hasPressure ? 27 : 0);
+        for (int i = 0; hasPositions && i < 3 * numAtoms; ++i)
+            all.put(static_cast<Real>(position + static_cast<Real>(i)));
+        all.repeat(Real(-1), hasVelocities ? 3 * numAtoms : 0).repeat(Real(-2), hasForces ? 3 * numAtoms : 0);
+        return all.bytes;
+    }
+};
+
+/// Atoms in residues of two, bonded in a chain; the coordinates count up from 0.
+inline std::unique_ptr<Molecule> makeChain(int numAtoms) {
+    auto* topology = new MolTopology;
+    for (int i = 0; i < numAtoms; ++i) topology->addGroup(0, new MtAtom);
+    for (int i = 1; i < numAtoms; ++i) topology->addBond(new MtBond(i - 1, i));
+    int const level = topology->addLevel("residues", 0, 12, -1);
+    for (int i = 0; i < numAtoms; i += 2) {
+        topology->addGroup(level, new MtIntraLevelRange(0, i, std::min(i + 1, numAtoms - 1)));
+    }
+    auto molecule = std::make_unique<Molecule>(topology, true);
+    for (int i = 0; i < numAtoms; ++i) {
+        auto const x = static_cast<float>(i);
+        molecule->coords[i] = McVec3f(x, x + 0.25F, -x);
+    }
+    return molecule;
+}
+
+/// Steps that add their number to the x of all atoms of a molecule. A step `unreadable` leaves the coordinates alone.
+class MovingTrajectory : public MolTrajectory {
+public:
+    MovingTrajectory(Molecule& start, int numSteps)
+        : MolTrajectory(start.getTopology()), coords(start.coords), steps(numSteps) {}
+
+    int getNumTimeSteps() const override { return steps; }
+    bool getTimeStep(int step, Molecule* molecule) override {
+        molecule->setTopology(topology, false);
+        if (step == unreadable) return false;
+        molecule->coords = coords;
+        for (McVec3f& place : molecule->coords) place.x += static_cast<float>(step);
+        return true;
+    }
+
+    int unreadable = -1;
+
+private:
+    McDArray<McVec3f> coords;
+    int steps;
+};
+
+} // namespace tarnex::test

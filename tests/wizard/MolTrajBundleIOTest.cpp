@@ -1,0 +1,127 @@
+#include "wizard/MolTrajBundleIO.h"
+
+#include "model/Molecule.h"
+#include "support/files.h"
+#include "support/printed.h"
+#include "wizard/TarnexWizard.h"
+
+#include <gtest/gtest.h>
+#include <memory>
+
+namespace {
+
+using namespace tarnex::test;
+using Wizard = TarnexWizard;
+using Names = std::vector<std::string>;
+using Bundle = McDArray<McHandle<MolTrajectory>>;
+
+std::string const sdfRecord = "\n\n\n  1  0  0  0  0  0  0  0  0  0999 V2000\n"
+                              "    1.0000    2.0000    3.0000 C\nM  END\n$$$$\n";
+std::string const pdbAtom = "HETATM    1  C   LIG A   1       1.000   2.000   3.000  1.00 10.00           C\n";
+
+/// What the list reads, and what it says; the wizard's lines go to `printed`.
+struct Loaded {
+    Bundle bundle;
+    std::string messages;
+    std::string printed;
+
+    explicit Loaded(std::string const& list) {
+        std::ostringstream stream;
+        printed = tarnex::test::printed(
+            [&] { bundle = MolTrajBundleIO(&stream, nullptr).readMolTrajectoryBundle(list.c_str()); });
+        messages = stream.str();
+    }
+    Names names() const {
+        Names all;
+        for (McHandle<MolTrajectory> const& trajectory : bundle) all.emplace_back(trajectory->getTopology()->getName());
+        return all;
+    }
+};
+
+Names wordsOf(std::string const& text) {
+    std::unique_ptr<FILE, int (*)(FILE*)> const file(std::fopen(writeFile("words", text).c_str(), "rb"), std::fclose);
+    Names words;
+    McString word;
+    while (MolTrajBundleIO::nextWord(file.get(), word)) words.emplace_back(word.data);
+    return words;
+}
+
+TEST(MolTrajBundleIO, Words) {
+    struct Case {
+        char const* text;
+        Names words;
+    } const cases[] = {
+        {" a\tb\r\nc.sdf \v\f", {"a", "b", "c.sdf"}},
+        {"a#b #c d\n#\n# \n  e\n", {"a#b", "e"}},
+        {"\"a b#c\"d\n\"\" x\"y z\n", {"a b#c", "d", "", "x\"y", "z"}},
+        {"a last", {"a"}},
+        {"a \"open b\n", {"a"}},
+        {"a #comment", {"a"}},
+        {"", {}},
+    };
+    for (Case const& c : cases) EXPECT_EQ(wordsOf(c.text), c.words) << c.text;
+    EXPECT_EQ(wordsOf(std::string(100000, 'x') + " "), Names{std::string(100000, 'x')});
+}
+
+TEST(MolTrajBundleIO, Headers) {
+    std::string const absent = scratchPath("absent");
+    EXPECT_EQ(Loaded(absent).messages, "Could not open file: " + absent);
+    std::string const good = writeFile("good", "# MoleculeBundle v2\n");
+    EXPECT_EQ(Loaded(good).messages, "");
+    for (std::string const& line : {std::string("moleculebundle\n"), std::string(), std::string("\n"),
+                                    std::string(242, ' ') + "MoleculeBundle\n"}) {
+        std::string const list = writeFile("list", line + "a.sdf\n");
+        std::string const shown = line.empty() ? "a.sdf\n" : line.substr(0, 255);
+        Loaded const loaded(list);
+        EXPECT_EQ(loaded.messages, "Invalid header in " + list + " (expecting " + shown + ")");
+        EXPECT_EQ(loaded.bundle.size, 0);
+        EXPECT_EQ(loaded.printed, "");
+    }
+}
+
+TEST(MolTrajBundleIO, LoadsFilesOfAllFormatsAsOneBundle) {
+    Molecule const* const none = nullptr;
+    std::string const sdf = writeFile("in.sdf", sdfRecord + sdfRecord);
+    std::unique_ptr<Molecule> const molecule(
+        Wizard::readMolecule(sdf.c_str(), Wizard::ReadMolecules::READ_MDL, nullptr));
+    ASSERT_NE(molecule.get(), none);
+    auto const save = [&](char const* name, Wizard::WriteMolecules type) {
+        EXPECT_NE(Wizard::writeMolecule(scratchPath(name).c_str(), molecule.get(), type), 0) << name;
+    };
+    writeFile("models.pdb", "MODEL        1\n" + pdbAtom + "ENDMDL\nMODEL        2\n" + pdbAtom + "ENDMDL\n");
+    save("m.mol2", Wizard::WriteMolecules::WRITE_TRIPOS);
+    save("m.uni", Wizard::WriteMolecules::WRITE_UNICHEM);
+    save("m.qlt", Wizard::WriteMolecules::WRITE_QLT);
+    std::filesystem::create_directory(scratchPath("sub"));
+    writeFile("sub/my file.sdf", sdfRecord);
+
+    Loaded const loaded(writeFile("all.bundle", "MoleculeBundle\nmodels.pdb in.sdf # and more\n"
+                                                "m.mol2\tm.uni\nm.qlt \"sub/my file.sdf\"\n"));
+    EXPECT_EQ(loaded.messages, "");
+    // Of an SD file only the first record is read.
+    EXPECT_EQ(loaded.names(), (Names{"models.pdb", "in.sdf", "m.mol2", "m.uni", "m.qlt", "my file.sdf"}));
+    for (McHandle<MolTrajectory> const& trajectory : loaded.bundle) {
+        Molecule read(trajectory->getTopology(), false);
+        ASSERT_TRUE(trajectory->getTimeStep(0, &read));
+        ASSERT_EQ(read.coords.size, 1) << trajectory->getTopology()->getName();
+        EXPECT_EQ(read.coords[0], McVec3f(1.0F, 2.0F, 3.0F)) << trajectory->getTopology()->getName();
+    }
+    EXPECT_EQ(loaded.bundle[0]->getNumTimeSteps(), 2);
+}
+
+TEST(MolTrajBundleIO, NamesThatCannotBeLoadedAreSkipped) {
+    std::string const list = writeFile("self.bundle", "MoleculeBundle\n\"\" self.bundle no.qlt a\\b.sdf lost.sdf");
+    writeFile("a\\b.sdf", sdfRecord);
+    Loaded const loaded(list);
+    EXPECT_EQ(loaded.messages, "");
+    EXPECT_EQ(loaded.names(), Names{"b.sdf"});
+    auto const told = [&](std::string const& text, std::string const& name) {
+        return loaded.printed.find(text + scratchPath(name) + "\n") != std::string::npos;
+    };
+    EXPECT_TRUE(told("type: 8\nNot saving molecule to ", "self.bundle"));
+    EXPECT_TRUE(told("type: 7\nNot saving molecule to ", "no.qlt"));
+    EXPECT_FALSE(told("Not saving molecule to ", "a\\b.sdf"));
+    EXPECT_FALSE(told("Not saving molecule to ", "lost.sdf"));
+}
+
+} // namespace

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "Format.h"
+#include "TextOutput.h"
+#include "foundation/McVec3f.h"
+
+#include <string>
+
+namespace tarnex::tool {
+
+/// A text file of the formats that the program writes itself, line by line.
+class StepFile {
+public:
+    /// Throws `Failure` if the file cannot be made.
+    explicit StepFile(OutputFile const& outputFile) : output(outputFile), file(outputFile) {}
+
+    /// The line that is put together.
+    std::string line;
+
+    /// Appends the three coordinates to the line. Throws `Failure` for an atom that has no place.
+    void addPlace(McVec3f const& place);
+    /// Writes the line and begins the next one. A line whose length, with its end, is a multiple of 300 gets a blank:
+    /// readers that pass over lines in pieces of 300 characters would take the next line with it.
+    void endLine();
+    /// Throws `Failure` if not everything has reached the file.
+    void finish() { file.finish(); }
+
+private:
+    OutputFile const& output;
+    TextOutput file;
+};
+
+/// The trajectory of an output that has room for one and at least one step. Throws `Failure` if there are more or none;
+/// `subject` is its beginning, such as "an XYZ file holds".
+MolTrajectory& onlyTrajectory(Bundle const& bundle, OutputFile const& output, char const* subject);
+
+} // namespace tarnex::tool

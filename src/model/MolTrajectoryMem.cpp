@@ -1,11 +1,20 @@
 #include "model/MolTrajectoryMem.h"
 
+#include <utility>
+
 MolTrajectoryMem::MolTrajectoryMem(Molecule* molecule, int numSteps) : MolTrajectory(molecule->getTopology()) {
     steps.resize(numSteps);
     for (Step& step : steps) {
         step.coords = molecule->coords;
         step.readable = true;
     }
+    noteNumTimeSteps();
+}
+
+MolTrajectoryMem::MolTrajectoryMem(MolTopology* existing, McDArray<McVec3f>&& coordinates) : MolTrajectory(existing) {
+    steps.resize(1);
+    steps[0].coords = std::move(coordinates);
+    steps[0].readable = true;
     noteNumTimeSteps();
 }
 

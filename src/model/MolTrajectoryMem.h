@@ -9,6 +9,8 @@ class TARNEX_API MolTrajectoryMem : public MolTrajectory, public MolObject {
 public:
     /// Copies the molecule's coordinates as each of its steps and shares its topology. The molecule stays the caller's.
     MolTrajectoryMem(Molecule* molecule, int numSteps);
+    /// Has one step, of coordinates that it takes over.
+    MolTrajectoryMem(MolTopology* existing, McDArray<McVec3f>&& coordinates);
     /// Copies all steps of a trajectory and shares its topology. A step that the source cannot read stays unreadable.
     explicit MolTrajectoryMem(MolTrajectory* source);
     ~MolTrajectoryMem() override;

@@ -2,6 +2,7 @@
 
 #include "foundation/McDArray.h"
 #include "foundation/export.h"
+#include "model/GroupPool.h"
 #include "model/MtGroup.h"
 #include "model/TextStore.h"
 
@@ -14,7 +15,7 @@ class GroupNameIndex;
 
 /// Abstract base of an attribute: one value per group of a level, found by the index of the group. The level makes and
 /// owns its attributes.
-class TARNEX_API MtGroupAttribute {
+class TARNEX_API MtGroupAttribute : public tarnex::Pooled {
 public:
     virtual ~MtGroupAttribute();
     MtGroupAttribute(MtGroupAttribute const&) = delete;
@@ -65,7 +66,7 @@ public:
     std::int64_t size() const { return values.size; }
 
 private:
-    void growTo(int group, std::int64_t room) {
+    [[gnu::noinline]] void growTo(int group, std::int64_t room) {
         values.reserve(group < values.capacity ? values.capacity : room);
         while (values.size <= group) values.append(T{});
     }

@@ -14,12 +14,12 @@
 #include <filesystem>
 #include <system_error>
 
+using tarnex::packed;
 using tarnex::Progress;
 using tarnex::pdb::AtomLine;
 using tarnex::pdb::CardReader;
 using tarnex::pdb::ConectLine;
 using tarnex::pdb::MoleculeBuilder;
-using tarnex::pdb::packed;
 using tarnex::pdb::PDBScan;
 
 namespace {

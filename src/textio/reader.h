@@ -43,7 +43,12 @@ public:
 
     /// Moves to the start of the next line and empties `buffer`. A last line without line end sets `eof` and is not
     /// counted.
-    void nextLine();
+    void nextLine() {
+        char const* const end = tarnex::findLineEnd(cursor, blockEnd);
+        if (blockEnd - end < 2) return nextLineAtBlockEnd();
+        cursor = end;
+        passLineEnd(true);
+    }
 
     /// `count` calls of `nextLine`, or as many as it takes to set `eof`.
     void skipLines(std::int64_t count);
@@ -111,6 +116,14 @@ protected:
     char const* blockEnd;
 
 private:
+    /// Passes the line end at `cursor`. `isFollowed` tells whether the block has a character behind it.
+    void passLineEnd(bool isFollowed) {
+        bool const isPair = isFollowed && tarnex::isLineEnd(cursor[1]) && cursor[1] != cursor[0];
+        cursor += isPair ? 2 : 1;
+        lineNumber = static_cast<int>(static_cast<unsigned>(lineNumber) + 1U);
+        buffer[0] = '\0';
+    }
+    void nextLineAtBlockEnd();
     std::size_t fill(std::size_t wanted);
     void skipPastBlock(std::ptrdiff_t n);
     std::int64_t skipPlainLines(std::int64_t count);

@@ -68,8 +68,8 @@ public:
         int value;
         return PlainNumber(at(c.first), c.width()).toInteger(value) ? value : parseInt(unblanked(c));
     }
-    /// Of up to 15 columns, by `strtod`, in the "C" locale. Fastest with as many decimals as the format states and no
-    /// more than eight characters.
+    /// Of up to 15 columns, by `strtod`, in the "C" locale. Fastest with as many decimals (1 to 6) as the format
+    /// states, and no more than eight characters.
     float real(Columns c, int usualDecimals) const {
         constexpr int width = wordLength;
         int const blanks = std::max(c.width() - width, 0);

@@ -8,11 +8,13 @@
 #include "pdb/MoleculeBuilder.h"
 #include "pdb/PDBScan.h"
 #include "pdb/identifiers.h"
+#include "textio/numberText.h"
 
 #include <algorithm>
 #include <cstring>
 #include <filesystem>
 #include <system_error>
+#include <utility>
 
 using tarnex::packed;
 using tarnex::Progress;
@@ -108,7 +110,7 @@ bool ModelPasses::readAtoms(long first, long last, long sizeOfFile) {
     for (LineWalk lines(in, first, last); !lines.atEnd();) {
         if (isAtomRecord(lines.keyword)) {
             ++lineCount;
-            builder.addAtom(AtomLine::read(in), lines.keyword == packed("HETATM"));
+            builder.addAtom(AtomLine(in.readCard()), lines.keyword == packed("HETATM"));
         } else if (lines.keyword == packed("TER")) {
             builder.endChain();
         }
@@ -236,7 +238,7 @@ McHandle<MolTrajectory> PDBread::readTrajectory(char const* filename) {
     Molecule molecule(new MolTopology, true);
     if (!readMolecule(&molecule, filename, scan.positionsOfModel(0), 0)) return nullptr;
     scan.storeHeader(*molecule.getTopology());
-    return new MolTrajectoryMem(&molecule, 1);
+    return new MolTrajectoryMem(molecule.getTopology(), std::move(molecule.coords));
 }
 
 McHandle<Molecule> PDBread::readPDBMolecule(char const* filename) {
@@ -285,7 +287,9 @@ bool PDBread::readCoordinates(Molecule* molecule, char const* filename, streamPo
 
 void PDBread::resIDConversion(char const* chain, int sequence, char const* insertionCode, char* result,
                               bool isHet) const {
-    tarnex::pdb::putResidueId(result, chain, sequence, insertionCode, isHet);
+    char* end = stpcpy(result, isHet ? tarnex::pdb::hetPrefix : "");
+    end = tarnex::putInt(stpcpy(end, chain), sequence);
+    std::strcpy(end, insertionCode);
 }
 
 void PDBread::chainIDConversion(char const* chain, char* result, bool isHet) const {

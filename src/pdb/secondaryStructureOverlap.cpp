@@ -1,21 +1,14 @@
-#include "model/MtListGroups.h"
+#include "model/members.h"
 #include "pdb/PDBread.h"
 
 #include <algorithm>
 #include <climits>
 #include <cstdint>
 #include <cstring>
-#include <typeinfo>
 
 namespace {
 
-/// The group as a range, or null. A search meets many groups, and the comparison of types is faster than the cast.
-MtIntraLevelRange const* asRange(MtGroup const* group) {
-    if (!group) return nullptr;
-    if (typeid(*group) == typeid(MtIntraLevelRange)) return static_cast<MtIntraLevelRange const*>(group);
-    if (typeid(*group) == typeid(MtDynamicGroup)) return nullptr;
-    return dynamic_cast<MtIntraLevelRange const*>(group);
-}
+using tarnex::asRange;
 
 /// Whether a structure is a sheet; for others the first letter nearly always tells.
 bool isSheet(molInfo const& info, int structure) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "foundation/ShortText.h"
 #include "textio/Columns.h"
 #include "textio/numberParsing.h"
 #include "textio/plainNumber.h"
@@ -32,14 +33,11 @@ public:
 
     char const* c_str() const { return characters; }
     char operator[](int i) const { return characters[i]; }
-    /// Writes the text, which ends at a NUL, and returns its end. Room for eight characters is needed.
-    char* put(char* out) const {
-        std::memcpy(out, characters, sizeof characters);
-        return out + std::countr_zero(mark(loadWord(characters), '\0')) / 8;
-    }
-    /// Whether all characters agree, also those behind a NUL.
-    bool operator==(FieldText const& other) const {
-        return std::memcmp(characters, other.characters, sizeof characters) == 0;
+    /// Up to the first NUL.
+    ShortText text() const {
+        std::uint64_t const word = loadWord(characters);
+        std::uint64_t const ends = mark(word, '\0');
+        return ShortText(word & (((ends & (~ends + 1)) >> 7) - 1));
     }
 
 private:
@@ -63,6 +61,9 @@ public:
         int const end = static_cast<int>(wordLength) - std::countl_zero(others) / 8;
         return FieldText((word & charactersBelow(end)) >> (8 * begin));
     }
+    /// Up to seven columns as they are.
+    std::uint64_t packed(Columns c) const { return loadWord(at(c.first)) & charactersBelow(c.width()); }
+    bool isBlank(Columns c) const { return packed(c) == (repeated(' ') & charactersBelow(c.width())); }
     /// Of up to eight columns, by `strtol`.
     int integer(Columns c) const {
         int value;

@@ -36,6 +36,17 @@ constexpr std::uint32_t joinDigits(std::uint64_t digits) {
     return static_cast<std::uint32_t>(sum >> 32U);
 }
 
+/// The eight digits of a number below 10^8, as `joinDigits` takes them: halves, then pairs, then all. The quotients
+/// come of products, which are exact for such small numbers.
+constexpr std::uint64_t splitDigits(std::uint32_t number) {
+    std::uint64_t const halves = number / 10000 | std::uint64_t{number % 10000} << 32U;
+    std::uint64_t const hundreds = (halves * 5243 >> 19U) & 0x0000007f0000007fU;
+    std::uint64_t const pairs = hundreds | (halves - 100 * hundreds) << 16U;
+    std::uint64_t const tens = (pairs * 103 >> 10U) & 0x000f000f000f000fU;
+    return tens | (pairs - 10 * tens) << 8U;
+}
+static_assert(splitDigits(12345678) == 0x0807060504030201U && joinDigits(splitDigits(90909099)) == 90909099);
+
 /// True if all characters are 0 to 9.
 constexpr bool areDigits(std::uint64_t word) {
     return ((word | (word + repeated(0x76))) & repeated(static_cast<char>(0x80))) == 0;

@@ -7,6 +7,7 @@
 #include "pdb/MolTrajectoryPDB.h"
 #include "pdb/MoleculeBuilder.h"
 #include "pdb/PDBScan.h"
+#include "pdb/SecondaryStructureBuilder.h"
 #include "pdb/identifiers.h"
 #include "textio/numberText.h"
 
@@ -21,8 +22,13 @@ using tarnex::Progress;
 using tarnex::pdb::AtomLine;
 using tarnex::pdb::CardReader;
 using tarnex::pdb::ConectLine;
+using tarnex::pdb::HelixLine;
 using tarnex::pdb::MoleculeBuilder;
 using tarnex::pdb::PDBScan;
+using tarnex::pdb::SecondaryStructureBuilder;
+using tarnex::pdb::SheetLine;
+using tarnex::pdb::SiteLine;
+using tarnex::pdb::TurnLine;
 
 namespace {
 
@@ -87,10 +93,10 @@ public:
 
     bool readAtoms(long first, long last, long sizeOfFile);
     bool readBonds(long first, long last);
-    bool readSecondaryStructure(PDBread& pdb, long first, long last);
+    bool readSecondaryStructure(PDBread const& pdb, std::ostream* messages, long first, long last);
 
 private:
-    bool parseSecondaryStructure(PDBread& pdb, std::uint64_t keyword, molInfo& info);
+    bool parseSecondaryStructure(std::uint64_t keyword, SecondaryStructureBuilder& structures);
     /// All passes count on from each other.
     bool interrupted(LineWalk const& lines, int linesPerProgress) const {
         return progress && lineCount % linesPerProgress == 0 && progress.interruptedAt(lines.fraction());
@@ -135,32 +141,33 @@ bool ModelPasses::readBonds(long first, long last) {
     return true;
 }
 
-bool ModelPasses::readSecondaryStructure(PDBread& pdb, long first, long last) {
+bool ModelPasses::readSecondaryStructure(PDBread const& pdb, std::ostream* messages, long first, long last) {
     if (!isValid(first, last)) return true;
     progress.info("Parsing HELIX/SHEET/TURN and SITE Records");
     progress.value(0.0F);
     molInfo info(topology);
+    SecondaryStructureBuilder structures(pdb, messages, *topology, info);
     for (LineWalk lines(in, first, last); !lines.atEnd(); lines.next()) {
-        if (parseSecondaryStructure(pdb, lines.keyword, info)) ++lineCount;
+        if (parseSecondaryStructure(lines.keyword, structures)) ++lineCount;
         if (interrupted(lines, secStructLinesPerProgress)) return false;
     }
     return true;
 }
 
 /// False for a record of another kind.
-bool ModelPasses::parseSecondaryStructure(PDBread& pdb, std::uint64_t keyword, molInfo& info) {
+bool ModelPasses::parseSecondaryStructure(std::uint64_t keyword, SecondaryStructureBuilder& structures) {
     switch (keyword) {
     case packed("HELIX"):
-        pdb.parseHelixRecord(in, topology, info);
+        structures.addHelix(HelixLine::read(in));
         return true;
     case packed("SHEET"):
-        pdb.parseSheetRecord(in, topology, info);
+        structures.addStrand(SheetLine::read(in));
         return true;
     case packed("TURN"):
-        pdb.parseTurnRecord(in, topology, info);
+        structures.addTurn(TurnLine::read(in));
         return true;
     case packed("SITE"):
-        pdb.parseSiteRecord(in, topology, info);
+        structures.addToSite(SiteLine::read(in));
         return true;
     default:
         return false;
@@ -260,7 +267,7 @@ bool PDBread::readMolecule(Molecule* molecule, char const* filename, streamPosit
     ModelPasses passes(in, *molecule, readProgress);
     if (!passes.readAtoms(positions.atomFirst, positions.atomLast, sizeOf(filename)) ||
         !passes.readBonds(positions.conectFirst, positions.conectLast) ||
-        !passes.readSecondaryStructure(*this, positions.secStructFirst, positions.secStructLast) ||
+        !passes.readSecondaryStructure(*this, messages, positions.secStructFirst, positions.secStructLast) ||
         !perceiveBonds(molecule)) {
         return false;
     }
@@ -299,4 +306,20 @@ void PDBread::chainIDConversion(char const* chain, char* result, bool isHet) con
 char* PDBread::chainIDConversion(char* chain, bool isHet) const {
     if (*chain == '\0') chainIDConversion("", chain, isHet);
     return chain;
+}
+
+void PDBread::parseHelixRecord(lengthizer& in, MolTopology* topology, molInfo& info) {
+    SecondaryStructureBuilder(*this, messages, *topology, info).addHelix(HelixLine::read(in));
+}
+
+void PDBread::parseSheetRecord(lengthizer& in, MolTopology* topology, molInfo& info) {
+    SecondaryStructureBuilder(*this, messages, *topology, info).addStrand(SheetLine::read(in));
+}
+
+void PDBread::parseTurnRecord(lengthizer& in, MolTopology* topology, molInfo& info) {
+    SecondaryStructureBuilder(*this, messages, *topology, info).addTurn(TurnLine::read(in));
+}
+
+void PDBread::parseSiteRecord(lengthizer& in, MolTopology* topology, molInfo& info) {
+    SecondaryStructureBuilder(*this, messages, *topology, info).addToSite(SiteLine::read(in));
 }

@@ -33,6 +33,7 @@ protected:
         : groups(&groupsOfLevel), name(attributeName ? attributeName : "") {}
 
     bool hasGroup(int group) const { return group >= 0 && group < groups->size; }
+
     McDArray<MtGroup*> const* groups;
 
 private:

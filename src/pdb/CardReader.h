@@ -8,6 +8,9 @@
 
 namespace tarnex::pdb {
 
+/// The columns behind the keyword.
+using Card = CardFrom<keywordColumns.last + 1>;
+
 /// Scans a PDB file line by line. The fields of a line are taken one by one, as from any `lengthizer`, or as a card.
 class CardReader : public lengthizer {
 public:
@@ -26,7 +29,7 @@ public:
     }
 
     /// Reads the columns behind the keyword. They stay in place until the next call of any kind.
-    Card readCard() { return Card(takeColumns(lastColumn - keywordColumns.last), keywordColumns.last + 1); }
+    Card readCard() { return Card(takeColumns(lastColumn - keywordColumns.last)); }
 
     /// Passes the columns behind the keyword, as far as the line has them.
     void passCard() { passColumns(lastColumn - keywordColumns.last); }

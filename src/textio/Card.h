@@ -44,11 +44,12 @@ private:
     char characters[wordLength] = "";
 };
 
-/// Columns of a line. As in all scans by words, a few characters behind the last one are looked at.
-class Card {
+/// The columns of a line from `firstColumn` on. As in all scans by words, a few characters behind the last one are
+/// looked at.
+template <int firstColumn>
+class CardFrom {
 public:
-    /// `text` begins with the character of column `first`.
-    explicit Card(char const* text, int first = 1) : characters(text), firstColumn(first) {}
+    explicit CardFrom(char const* text) : characters(text) {}
 
     /// Of up to seven columns.
     FieldText field(Columns c) const {
@@ -94,7 +95,8 @@ private:
     }
 
     char const* characters;
-    int firstColumn;
 };
+
+using Card = CardFrom<1>;
 
 } // namespace tarnex

@@ -44,7 +44,7 @@ public:
     /// Moves to the start of the next line and empties `buffer`. A last line without line end sets `eof` and is not
     /// counted.
     void nextLine() {
-        char const* const end = tarnex::findLineEnd(cursor, blockEnd);
+        char const* const end = *cursor == '\n' ? cursor : tarnex::findLineEnd(cursor, blockEnd);
         if (blockEnd - end < 2) return nextLineAtBlockEnd();
         cursor = end;
         passLineEnd(true);

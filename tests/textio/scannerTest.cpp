@@ -95,7 +95,7 @@ void stepColumns(lengthizer& fast, SlowScanner& slow, Random& random) {
     EXPECT_EQ(text, expected);
     slow.buffer = fast.buffer;                      // it may be overwritten
     std::string const looseText = text + "1234567"; // characters behind the text have no effect
-    tarnex::Card const card(looseText.c_str(), 3);
+    tarnex::CardFrom<3> const card(looseText.c_str());
     int const width = 1 + pick(random, 15);
     int const first = pick(random, count - width);
     tarnex::Columns const columns{first + 3, first + 2 + width};

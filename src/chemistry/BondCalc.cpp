@@ -50,17 +50,19 @@ void finishBondedHydrogens(MolTopology const& topology, McDArray<PerceivedBond> 
         releaseHydrogen(b, atoms);
     }
     for (PerceivedBond const& bond : bonds) {
-        releaseHydrogen(bond.atomA, atoms);
-        releaseHydrogen(bond.atomB, atoms);
+        releaseHydrogen(bond.atomA(), atoms);
+        releaseHydrogen(bond.atomB(), atoms);
     }
 }
 
-void sortByAtoms(McDArray<PerceivedBond>& bonds) {
-    if (std::is_sorted(bonds.begin(), bonds.end(), isAheadOf)) return;
-    radixSort(bonds, [](PerceivedBond const& bond) { return static_cast<std::uint64_t>(bond.atomA); });
+void sortByAtoms(McDArray<PerceivedBond>& bonds, std::int64_t numAtoms) {
+    if (std::is_sorted(bonds.begin(), bonds.end())) return;
+    radixSort(
+        bonds, [](PerceivedBond const& bond) { return static_cast<std::uint64_t>(bond.atomA()); },
+        static_cast<std::uint64_t>(numAtoms));
     for (PerceivedBond *begin = bonds.begin(), *end = begin; begin != bonds.end(); begin = end) {
-        while (end != bonds.end() && end->atomA == begin->atomA) ++end;
-        std::sort(begin, end, isAheadOf);
+        while (end != bonds.end() && end->atomA() == begin->atomA()) ++end;
+        std::sort(begin, end);
     }
 }
 
@@ -73,11 +75,11 @@ void addBonds(MolTopology& topology, McDArray<PerceivedBond> const& some, McDArr
     PerceivedBond const* next = some.begin();
     PerceivedBond const* nextOther = others.begin();
     while (next != some.end() || nextOther != others.end()) {
-        bool const takesOther = next == some.end() || (nextOther != others.end() && isAheadOf(*nextOther, *next));
+        bool const takesOther = next == some.end() || (nextOther != others.end() && *nextOther < *next);
         PerceivedBond const& bond = takesOther ? *nextOther++ : *next++;
-        if (hadBonds && topology.findBond(bond.atomA, bond.atomB) >= 0) continue;
-        auto* group = new (topology.groupPool) MtBond(bond.atomA, bond.atomB);
-        types->setValue(topology.addBond(group).groupIx, bond.order);
+        if (hadBonds && topology.findBond(bond.atomA(), bond.atomB()) >= 0) continue;
+        auto* group = new (topology.groupPool) MtBond(bond.atomA(), bond.atomB());
+        types->setValue(topology.addBond(group).groupIx, bond.order());
     }
 }
 
@@ -99,8 +101,8 @@ bool connect(MolObject* object, McBitfield const& selected, bool byResidues) {
     if (byResidues) residues.findTemplateBonds(*topology, atoms, byName);
     finishBondedHydrogens(*topology, byName, atoms);
     findDistanceBonds(atoms, residues, byDistance);
-    sortByAtoms(byName);
-    sortByAtoms(byDistance);
+    sortByAtoms(byName, atoms.elements.size);
+    sortByAtoms(byDistance, atoms.elements.size);
     addBonds(*topology, byName, byDistance);
     return true;
 }

@@ -4,6 +4,8 @@
 #include "chemistry/ElementTable.h"
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <limits>
 
@@ -22,29 +24,14 @@ constexpr double densestMatter = 0.5;
 constexpr double mostInSmallCell = 32.0;
 
 constexpr int notHydrogen = -1;
-constexpr int uncounted = -2;
 
-struct Site {
-    float x, y, z;
-    float radius;
-    int atom;
-    int hydrogenIx; // counts the hydrogens
-};
-
-/// The nearest partner seen so far; of several at the same distance, the lowest atom.
+/// The nearest partner seen so far.
 struct Nearest {
     float squaredDistance = std::numeric_limits<float>::infinity();
-    int atom = -1;
-    int hydrogenIx = notHydrogen;
-
-    void meet(Site const& partner, float squared) {
-        if (squared > squaredDistance || (squared == squaredDistance && partner.atom > atom)) return;
-        *this = {squared, partner.atom, partner.hydrogenIx};
-    }
+    int point = -1;
 };
 
 struct HydrogenPartners {
-    int atom = -1; // the hydrogen's own index
     Nearest heavy, hydrogen;
 
     bool prefersHydrogen() const { return hydrogen.squaredDistance < heavy.squaredDistance; }
@@ -54,69 +41,94 @@ class DistanceBonds {
 public:
     DistanceBonds(BondableAtoms const& bondableAtoms, ResidueKnowledge const& knowledge,
                   McDArray<PerceivedBond>& result)
-        : atoms(bondableAtoms), residues(knowledge), bonds(result), numPartners(atoms.elements.size) {
+        : atoms(bondableAtoms), residues(knowledge), bonds(result), grid(atoms, longestReach(), mostInCell()),
+          numPartners(atoms.elements.size) {
         std::fill(numPartners.begin(), numPartners.end(), 0);
     }
 
     void find() {
-        McDArray<Site> const sites = collectSites();
-        double const edge = 2.0 * largestRadius + tolerance;
-        double const mostInCell = std::max(mostInSmallCell, densestMatter * edge * edge * edge);
-        CellGrid<Site> grid(sites, edge, static_cast<std::int64_t>(mostInCell));
-        countHydrogens(grid);
+        countHydrogens();
         std::int64_t const numBefore = bonds.size;
-        grid.forEachClosePair([&](std::int64_t i, std::int64_t j) { lookAt(grid[i], grid[j]); });
+        grid.forEachClosePair(
+            [this](std::int64_t i, std::int64_t j) { lookAt(static_cast<int>(i), static_cast<int>(j)); });
         dropCrowded(numBefore);
-        for (HydrogenPartners const& partners : hydrogens) bindHydrogen(partners);
+        for (int i = 0; i < grid.size(); ++i) {
+            if (grid[i].element == hydrogen) bindHydrogen(i);
+        }
     }
 
 private:
-    McDArray<Site> collectSites() {
-        McDArray<Site> sites;
-        sites.reserve(atoms.elements.size);
-        for (int i = 0; i < atoms.elements.size; ++i) {
-            int const element = atoms.elements[i];
-            if (element == 0) continue;
-            float const radius = elementTable().getElement(element)->getCovalentRadius();
-            largestRadius = std::max(largestRadius, radius);
-            McVec3f const& p = atoms.coords[i];
-            sites.append({p.x, p.y, p.z, radius, i, element == hydrogen ? uncounted : notHydrogen});
+    static constexpr std::size_t numElements = 256;
+    using Radii = std::array<float, numElements>;
+
+    static Radii covalentRadii() {
+        Radii radii{};
+        for (int i = 0; i < static_cast<int>(numElements); ++i) {
+            radii[static_cast<std::size_t>(i)] = elementTable().getElement(i)->getCovalentRadius();
         }
-        return sites;
+        return radii;
+    }
+
+    /// No two of the atoms bond at a larger distance.
+    double longestReach() const {
+        std::array<bool, numElements> isThere{};
+        for (unsigned char const element : atoms.elements) isThere[element] = true;
+        float largestRadius = 0.0F;
+        for (std::size_t i = 1; i < numElements; ++i) {
+            if (isThere[i]) largestRadius = std::max(largestRadius, radii[i]);
+        }
+        return 2.0 * largestRadius + tolerance;
+    }
+
+    /// More would be denser than matter.
+    std::int64_t mostInCell() const {
+        double const edge = longestReach();
+        return static_cast<std::int64_t>(std::max(mostInSmallCell, densestMatter * edge * edge * edge));
     }
 
     /// In the order of the grid, so that hydrogens close in space are close in memory.
-    void countHydrogens(CellGrid<Site>& grid) {
-        for (Site& site : grid) {
-            if (site.hydrogenIx == notHydrogen) continue;
-            site.hydrogenIx = static_cast<int>(hydrogens.size);
-            hydrogens.append({site.atom, {}, {}});
+    void countHydrogens() {
+        hydrogenAt.resize(grid.size());
+        hydrogens.reserve(grid.size());
+        bonds.reserve(bonds.size + grid.size()); // most atoms end one bond
+        for (std::int64_t i = 0; i < grid.size(); ++i) {
+            bool const isHydrogen = grid[i].element == hydrogen;
+            hydrogenAt[i] = isHydrogen ? static_cast<int>(hydrogens.size) : notHydrogen;
+            if (isHydrogen) hydrogens.append({});
         }
     }
 
-    void lookAt(Site const& a, Site const& b) {
-        float const dx = a.x - b.x;
-        float const dy = a.y - b.y;
-        float const dz = a.z - b.z;
+    void lookAt(int i, int j) {
+        CellGrid::Point const& a = grid[i];
+        CellGrid::Point const& b = grid[j];
+        float const dx = a.position.x - b.position.x;
+        float const dy = a.position.y - b.position.y;
+        float const dz = a.position.z - b.position.z;
         float const squared = dx * dx + dy * dy + dz * dz;
-        float const reach = a.radius + b.radius + tolerance;
+        float const reach = radii[a.element] + radii[b.element] + tolerance;
         if (!(squared < reach * reach && squared > shortestBond * shortestBond)) return;
         int const order = residues.orderWithinDistance(a.atom, b.atom);
         if (order == 0) return;
-        if (a.hydrogenIx == notHydrogen && b.hydrogenIx == notHydrogen) return bindHeavy(a.atom, b.atom, order);
-        if (a.hydrogenIx != notHydrogen) offer(b, a, squared);
-        if (b.hydrogenIx != notHydrogen) offer(a, b, squared);
+        bool const isHydrogenA = a.element == hydrogen;
+        bool const isHydrogenB = b.element == hydrogen;
+        if (!isHydrogenA && !isHydrogenB) return bindHeavy(a.atom, b.atom, order);
+        if (isHydrogenA) offer(j, isHydrogenB, i, squared);
+        if (isHydrogenB) offer(i, isHydrogenA, j, squared);
     }
 
     void bindHeavy(int atomA, int atomB, int order) {
         bool const crowdedA = isCrowdedWithOneMore(atomA);
         bool const crowdedB = isCrowdedWithOneMore(atomB);
-        if (!crowdedA && !crowdedB) bonds.append(makeBond(atomA, atomB, order));
+        if (!crowdedA && !crowdedB) bonds.append(PerceivedBond(atomA, atomB, order));
     }
 
-    void offer(Site const& partner, Site const& hydrogenSite, float squared) {
-        HydrogenPartners& partners = hydrogens[hydrogenSite.hydrogenIx];
-        (partner.hydrogenIx == notHydrogen ? partners.heavy : partners.hydrogen).meet(partner, squared);
+    /// Of several partners at the same distance, the lowest atom is taken.
+    void offer(int partner, bool isHydrogen, int toHydrogen, float squared) {
+        HydrogenPartners& partners = hydrogens[hydrogenAt[toHydrogen]];
+        Nearest& nearest = isHydrogen ? partners.hydrogen : partners.heavy;
+        if (squared > nearest.squaredDistance) return;
+        if (squared == nearest.squaredDistance && grid[partner].atom > grid[nearest.point].atom) return;
+        nearest = {squared, partner};
     }
 
     bool isCrowded(int atom) const { return numPartners[atom] > mostPartners; }
@@ -128,29 +140,34 @@ private:
 
     void dropCrowded(std::int64_t firstBond) {
         auto* const end = std::remove_if(bonds.begin() + firstBond, bonds.end(), [&](PerceivedBond const& bond) {
-            return isCrowded(bond.atomA) || isCrowded(bond.atomB);
+            return isCrowded(bond.atomA()) || isCrowded(bond.atomB());
         });
         bonds.resize(end - bonds.begin());
     }
 
     /// To a hydrogen only if each is the other's nearest partner, which leaves H2 a bond and clashes none.
-    void bindHydrogen(HydrogenPartners const& partners) {
+    void bindHydrogen(int point) {
+        HydrogenPartners const& partners = hydrogens[hydrogenAt[point]];
+        int const atom = grid[point].atom;
         if (partners.prefersHydrogen()) {
-            HydrogenPartners const& other = hydrogens[partners.hydrogen.hydrogenIx];
-            if (other.prefersHydrogen() && other.hydrogen.atom == partners.atom) {
-                if (partners.atom < other.atom) bonds.append({partners.atom, other.atom, 1});
+            int const other = partners.hydrogen.point;
+            HydrogenPartners const& ofOther = hydrogens[hydrogenAt[other]];
+            if (ofOther.prefersHydrogen() && ofOther.hydrogen.point == point) {
+                if (atom < grid[other].atom) bonds.append(PerceivedBond(atom, grid[other].atom, 1));
                 return;
             }
         }
-        if (partners.heavy.atom >= 0) bonds.append(makeBond(partners.atom, partners.heavy.atom, 1));
+        if (partners.heavy.point >= 0) bonds.append(PerceivedBond(atom, grid[partners.heavy.point].atom, 1));
     }
 
     BondableAtoms const& atoms;
     ResidueKnowledge const& residues;
     McDArray<PerceivedBond>& bonds;
-    McDArray<unsigned char> numPartners; // heavy ones of each atom, up to one more than the most
+    Radii const radii = covalentRadii(); // of each element
+    CellGrid grid;
+    McDArray<int> hydrogenAt; // counts the hydrogens
     McDArray<HydrogenPartners> hydrogens;
-    float largestRadius = 0.0F;
+    McDArray<unsigned char> numPartners; // heavy ones of each atom, up to one more than the most
 };
 
 } // namespace

@@ -3,6 +3,10 @@
 #include "foundation/McDArray.h"
 #include "foundation/McVec3f.h"
 
+#include <algorithm>
+#include <climits>
+#include <cstdint>
+
 namespace tarnex {
 
 constexpr int hydrogen = 1;
@@ -15,17 +19,26 @@ struct BondableAtoms {
     McDArray<unsigned char> elements;
 };
 
-struct PerceivedBond {
-    int atomA, atomB; ///< the lower index first
-    int order;
+/// A bond in eight bytes, since millions of them are sorted. They are in the order of their two atoms.
+class PerceivedBond {
+public:
+    PerceivedBond() = default;
+    /// `order` is 1 to 3.
+    PerceivedBond(int someAtom, int otherAtom, int order)
+        : bits(static_cast<std::uint64_t>(std::min(someAtom, otherAtom)) << shiftA |
+               static_cast<std::uint64_t>(std::max(someAtom, otherAtom)) << shiftB | static_cast<unsigned>(order)) {}
+
+    /// The lower one of its atoms.
+    int atomA() const { return static_cast<int>(bits >> shiftA); }
+    int atomB() const { return static_cast<int>(bits >> shiftB & INT_MAX); }
+    int order() const { return static_cast<int>(bits & ((1U << shiftB) - 1)); }
+    bool operator<(PerceivedBond const& other) const { return bits < other.bits; }
+
+private:
+    static constexpr int shiftB = 2;
+    static constexpr int shiftA = shiftB + 31;
+
+    std::uint64_t bits;
 };
-
-inline bool isAheadOf(PerceivedBond const& a, PerceivedBond const& b) {
-    return a.atomA != b.atomA ? a.atomA < b.atomA : a.atomB < b.atomB;
-}
-
-inline PerceivedBond makeBond(int atomA, int atomB, int order) {
-    return atomA < atomB ? PerceivedBond{atomA, atomB, order} : PerceivedBond{atomB, atomA, order};
-}
 
 } // namespace tarnex

@@ -49,6 +49,7 @@ void ResidueKnowledge::findTemplateBonds(MolTopology& topology, BondableAtoms& a
     residueOfAtom = ownersOfMembers(topology, residuesIx, 0);
     names.resize(residueOfAtom.size);
     templates.resize(residues.groups.size);
+    bonds.reserve(names.size); // most atoms end one new bond
     for (int r = 0; r < templates.size; ++r) {
         ResidueTemplate const* residue = ResidueTemplates::instance().find(residueTypes->getValue(r));
         templates[r] = residue;
@@ -99,10 +100,10 @@ void ResidueKnowledge::appendBonds(ResidueTemplate const& residue, BondableAtoms
         int const a = atomOfName[bond.atomA];
         int const b = atomOfName[bond.atomB];
         if (a < 0 || b < 0 || atoms.coords[a] == atoms.coords[b]) continue;
-        bonds.append(makeBond(a, b, bond.order));
+        bonds.append(PerceivedBond(a, b, bond.order));
     }
     // The atoms of most residues stand behind each other, so that all bonds are in order then.
-    std::sort(bonds.begin() + begin, bonds.end(), isAheadOf);
+    std::sort(bonds.begin() + begin, bonds.end());
 }
 
 int ResidueKnowledge::orderWithinDistance(int atomA, int atomB) const {

@@ -2,36 +2,38 @@
 
 #include "foundation/McDArray.h"
 
+#include <algorithm>
 #include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <numeric>
 
 namespace tarnex {
 
-/// Sorts plain records by the 64-bit number that `keyOf` gives for each. Records of one key keep their order. Time is
-/// linear in the records: one pass for each byte in which their keys differ.
+/// Sorts plain records by the number that `keyOf` gives for each, which is at most `largestKey`. Records of one key
+/// keep their order. Time is linear in the records: a few bits of the keys at a time, fewer for few records.
 template <class Record, class KeyOf>
-void radixSort(McDArray<Record>& records, KeyOf keyOf) {
-    constexpr std::size_t numBytes = sizeof(std::uint64_t);
-    constexpr std::size_t byteValues = 256;
-    auto const byteOf = [](std::uint64_t key, std::size_t byte) { return key >> (8 * byte) & 0xffU; };
+void radixSort(McDArray<Record>& records, KeyOf keyOf, std::uint64_t largestKey) {
+    constexpr int mostBits = 11;
+    auto const keyBits = static_cast<int>(std::bit_width(largestKey));
+    auto const sizeBits = static_cast<int>(std::bit_width(static_cast<std::uint64_t>(records.size)));
+    int const goodBits = std::clamp(sizeBits - 4, 4, mostBits);
+    int const numPasses = (keyBits + goodBits - 1) / goodBits;
+    if (numPasses == 0 || records.size == 0) return;
+    int const bits = (keyBits + numPasses - 1) / numPasses;
 
-    std::array<std::array<std::int64_t, byteValues>, numBytes> counts{};
-    for (Record const& record : records) {
-        std::uint64_t const key = keyOf(record);
-        for (std::size_t byte = 0; byte < numBytes; ++byte) ++counts[byte][byteOf(key, byte)];
-    }
-    McDArray<Record> sorted;
-    for (std::size_t byte = 0; byte < numBytes && records.size > 0; ++byte) {
-        if (counts[byte][byteOf(keyOf(records[0]), byte)] == records.size) continue;
-        std::int64_t next = 0;
-        std::array<std::int64_t, byteValues> places{};
-        for (std::size_t value = 0; value < byteValues; ++value) {
-            places[value] = next;
-            next += counts[byte][value];
-        }
-        sorted.resize(records.size);
-        for (Record const& record : records) sorted[places[byteOf(keyOf(record), byte)]++] = record;
+    McDArray<Record> sorted(records.size);
+    std::array<std::int64_t, std::size_t{1} << mostBits> places; // of the next record with each digit
+    auto* const placesEnd = places.begin() + (std::ptrdiff_t{1} << bits);
+    for (int shift = 0; shift < keyBits; shift += bits) {
+        auto const digitOf = [&](Record const& record) {
+            return static_cast<std::size_t>(keyOf(record) >> shift & ((std::uint64_t{1} << bits) - 1));
+        };
+        std::fill(places.begin(), placesEnd, 0);
+        for (Record const& record : records) ++places[digitOf(record)];
+        std::exclusive_scan(places.begin(), placesEnd, places.begin(), std::int64_t{0});
+        for (Record const& record : records) sorted[places[digitOf(record)]++] = record;
         sorted.swap(records);
     }
 }

@@ -8,6 +8,8 @@
 
 #include <cctype>
 #include <cstring>
+#include <string>
+#include <utility>
 
 namespace {
 
@@ -100,7 +102,7 @@ bool RecordReader::readAtoms() {
 
 void RecordReader::addAtom(tarnex::mdl::AtomLine const& line) {
     int const atom = topology.addGroup(0, new (topology.groupPool) MtAtom).groupIx;
-    molchem::Element const* element = elements.getElement(line.symbol, false);
+    molchem::Element const* element = elements.getElement(line.symbol.c_str(), false);
     atomicNumbers->setValue(atom, element->getAtomicNumber());
     radii->setValue(atom, element->getRadius());
     formalCharges->setValue(atom, tarnex::mdl::AtomLine::chargeOfCode(line.chargeCode));
@@ -146,26 +148,32 @@ void RecordReader::readDataValue(char const* name) {
     // Only a single digit is a number: longer values are text, as they stand.
     bool const isDigit = std::isdigit(static_cast<unsigned char>(value[0])) && value[1] == '\0';
     if (isDigit)
-        topology.setData(new MolDataInt(name, value[0] - '0'));
+        topology.setData(new (topology.groupPool) MolDataInt(name, value[0] - '0'));
     else if (*value)
-        topology.setData(new MolDataString(name, value));
+        topology.setData(new (topology.groupPool) MolDataString(name, value));
     scanner.nextLine();
 }
 
+/// A trajectory of one step, into which a molecule that nobody else holds is turned.
+MolTrajectory* takeTrajectory(Molecule* molecule) {
+    auto* trajectory = new MolTrajectoryMem(molecule->getTopology(), std::move(molecule->coords));
+    delete molecule;
+    return trajectory;
+}
+
 /// A name of file and number.
-void nameByNumber(MolTopology& topology, char const* filename, std::int64_t number) {
-    McString name;
-    name.printf("%s-%d", McFilename(filename).basename(), static_cast<int>(number));
-    topology.setName(name);
+void nameByNumber(MolTopology& topology, McFilename const& file, std::int64_t number) {
+    std::string const name = std::string(file.basename()) + '-' + std::to_string(static_cast<int>(number));
+    topology.setName(name.c_str());
 }
 
 /// The name is the record's data item "name", if that is text, or else made of file and number.
-void nameTopology(MolTopology& topology, char const* filename, std::int64_t number) {
+void nameTopology(MolTopology& topology, McFilename const& file, std::int64_t number) {
     auto const* name = dynamic_cast<MolDataString const*>(topology.getData("name"));
     if (name)
         topology.setName(name->getValue());
     else
-        nameByNumber(topology, filename, number);
+        nameByNumber(topology, file, number);
 }
 
 } // namespace
@@ -195,6 +203,7 @@ McDArray<McHandle<MolTrajectory>> MDLIO::readMDLMolTrajectoryBundle(char const* 
         tarnex::report(messages, "Could not open \"", filename ? filename : "", "\"\n");
         return bundle;
     }
+    McFilename const file(filename);
     Progress const fileProgress(progress);
     fileProgress.start(workTitle);
     try {
@@ -206,9 +215,8 @@ McDArray<McHandle<MolTrajectory>> MDLIO::readMDLMolTrajectoryBundle(char const* 
                 bundle.clear();
                 return bundle;
             }
-            bundle.append(new MolTrajectoryMem(molecule, 1));
-            delete molecule;
-            nameTopology(*topology, filename, bundle.size);
+            bundle.append(takeTrajectory(molecule));
+            nameTopology(*topology, file, bundle.size);
         }
     } catch (Parse_Error const& error) {
         if (bundle.size == 0) {
@@ -238,8 +246,7 @@ MolTrajectory* MDLIO::readMDLMolTrajectory(char const* filename) {
     fileProgress.stop();
     // Hosts that count phases see one more begin here, which stays open.
     fileProgress.start(workTitle);
-    auto* trajectory = new MolTrajectoryMem(molecule, 1);
-    delete molecule;
+    MolTrajectory* trajectory = takeTrajectory(molecule);
     nameByNumber(*trajectory->getTopology(), filename, 1);
     return trajectory;
 }

@@ -79,7 +79,7 @@ bool RecordWriter::writeAtoms() {
         tarnex::mdl::AtomLine line;
         if (i < coords.size) line.position = coords[i];
         int const atomicNumber = atomicNumbers ? atomicNumbers->getValue(i) : 0;
-        std::strcpy(line.symbol, elements.getElement(atomicNumber)->getSymbol());
+        line.symbol = tarnex::FieldText(tarnex::packed(elements.getElement(atomicNumber)->getSymbol()));
         if (formalCharges) line.chargeCode = tarnex::mdl::AtomLine::codeOfCharge(formalCharges->getValue(i));
         if (implicitHydrogens) {
             line.hydrogenCount = static_cast<int>(static_cast<unsigned>(implicitHydrogens->getValue(i)) + 1U);

@@ -9,52 +9,53 @@ namespace tarnex::mdl {
 
 namespace {
 
-// The widths of the fields of each line, in the order of the columns.
+// The columns of the fields of each line.
 
 namespace countsLine {
-constexpr unsigned char atoms = 3;
-constexpr unsigned char bonds = 3;
-constexpr unsigned char others = 28;
-constexpr unsigned char version = 5;
-static_assert(atoms + bonds + others + version == 39);
+constexpr Columns atoms{1, 3};
+constexpr Columns bonds{4, 6};
+constexpr Columns version{35, 39};
 } // namespace countsLine
 
 namespace atomLine {
-constexpr unsigned char coordinate = 10;
-constexpr unsigned char blank = 1;
-constexpr unsigned char symbol = 3;
-constexpr unsigned char massDifference = 2;
-constexpr unsigned char chargeCode = 3;
-constexpr unsigned char stereoParity = 3;
-constexpr unsigned char hydrogenCount = 3;
-static_assert(3 * coordinate + blank + symbol + massDifference + chargeCode + stereoParity + hydrogenCount == 45);
+constexpr Columns x{1, 10};
+constexpr Columns y{11, 20};
+constexpr Columns z{21, 30};
+constexpr Columns symbol{32, 34};
+constexpr Columns massDifference{35, 36};
+constexpr Columns chargeCode{37, 39};
+constexpr Columns stereoParity{40, 42};
+constexpr Columns hydrogenCount{43, 45};
 
 // A coordinate in parts: the characters ahead of the point and the places behind it.
 constexpr int aheadOfPoint = 5;
 constexpr int places = 4;
-static_assert(aheadOfPoint + 1 + places == coordinate);
+static_assert(aheadOfPoint + 1 + places == x.width());
 } // namespace atomLine
 
 namespace bondLine {
-constexpr unsigned char atom = 3;
-constexpr unsigned char type = 3;
+constexpr Columns firstAtom{1, 3};
+constexpr Columns secondAtom{4, 6};
+constexpr Columns type{7, 9};
 } // namespace bondLine
 
-/// A number on the right side of a field.
-void writeNumber(writer& out, int value, unsigned char width) {
-    out.writeColumns(value, 1, width, 0);
+constexpr unsigned short alignRight = 0;
+constexpr unsigned short alignLeft = 1;
+
+void writeNumber(writer& out, int value, Columns columns) {
+    out.writeColumns(value, columns.first, columns.last, alignRight);
 }
 
 } // namespace
 
 bool CountsLine::find(lengthizer& scanner) {
-    char atoms[countsLine::atoms + 1];
-    char bonds[countsLine::bonds + 1];
+    char atoms[countsLine::atoms.width() + 1];
+    char bonds[countsLine::bonds.width() + 1];
     while (true) {
-        scanner.getString(atoms, countsLine::atoms);
-        scanner.getString(bonds, countsLine::bonds);
-        scanner.skipChars(countsLine::others);
-        scanner.getToken(countsLine::version);
+        scanner.getString(atoms, countsLine::atoms.width());
+        scanner.getString(bonds, countsLine::bonds.width());
+        scanner.skipChars(countsLine::version.first - countsLine::bonds.last - 1);
+        scanner.getToken(countsLine::version.width());
         if (scanner.eof) return false;
         if (scanner.equals("V2000") || scanner.equals("V3000")) break;
         scanner.nextLine();
@@ -71,25 +72,23 @@ void CountsLine::write(writer& out) const {
 }
 
 AtomLine AtomLine::read(lengthizer& scanner) {
-    AtomLine line;
-    line.position.x = scanner.getFloat(atomLine::coordinate);
-    line.position.y = scanner.getFloat(atomLine::coordinate);
-    line.position.z = scanner.getFloat(atomLine::coordinate);
-    scanner.skipChars(atomLine::blank);
-    scanner.getString(line.symbol, atomLine::symbol);
-    scanner.skipChars(atomLine::massDifference);
-    line.chargeCode = scanner.getInt(atomLine::chargeCode);
-    scanner.skipChars(atomLine::stereoParity);
-    line.hydrogenCount = scanner.getInt(atomLine::hydrogenCount);
-    return line;
+    namespace columns = atomLine;
+    Card const card(scanner.takeColumns(columns::hydrogenCount.last));
+    return {
+        .position = {card.real(columns::x, columns::places), card.real(columns::y, columns::places),
+                     card.real(columns::z, columns::places)},
+        .symbol = card.field(columns::symbol),
+        .chargeCode = card.integer(columns::chargeCode),
+        .hydrogenCount = card.integer(columns::hydrogenCount),
+    };
 }
 
 void AtomLine::write(writer& out) const {
     for (float const coordinate : {position.x, position.y, position.z}) {
         out.writeParts(coordinate, atomLine::aheadOfPoint, atomLine::places);
     }
-    out.write(" ", atomLine::blank);
-    out.writeColumns(symbol, 1, atomLine::symbol, 1);
+    out.write(" ", 1);
+    out.writeColumns(symbol.c_str(), atomLine::symbol.first, atomLine::symbol.last, alignLeft);
     writeNumber(out, 0, atomLine::massDifference);
     writeNumber(out, chargeCode, atomLine::chargeCode);
     writeNumber(out, 0, atomLine::stereoParity);
@@ -97,25 +96,15 @@ void AtomLine::write(writer& out) const {
     out.write("   0  0  0\n");
 }
 
-int AtomLine::chargeOfCode(int code) {
-    return code == 0 ? 0 : static_cast<int>(4U - static_cast<unsigned>(code));
-}
-
-int AtomLine::codeOfCharge(int charge) {
-    return chargeOfCode(charge);
-}
-
 BondLine BondLine::read(lengthizer& scanner) {
-    BondLine line;
-    line.firstAtom = scanner.getInt(bondLine::atom);
-    line.secondAtom = scanner.getInt(bondLine::atom);
-    line.type = scanner.getInt(bondLine::type);
-    return line;
+    namespace columns = bondLine;
+    Card const card(scanner.takeColumns(columns::type.last));
+    return {card.integer(columns::firstAtom), card.integer(columns::secondAtom), card.integer(columns::type)};
 }
 
 void BondLine::write(writer& out, bool withType) const {
-    writeNumber(out, firstAtom, bondLine::atom);
-    writeNumber(out, secondAtom, bondLine::atom);
+    writeNumber(out, firstAtom, bondLine::firstAtom);
+    writeNumber(out, secondAtom, bondLine::secondAtom);
     if (withType) writeNumber(out, type, bondLine::type);
     out.write("  0  0  0\n");
 }

@@ -1,11 +1,12 @@
 #pragma once
 
 #include "foundation/McVec3f.h"
+#include "textio/Card.h"
 #include "textio/lengthizer.h"
 #include "textio/writer.h"
 
 /// The lines of an MDL connection table in the V2000 layout ("CTfile Formats", MDL Information Systems). Each has one
-/// function that reads it, and leaves the scanner on it, and one that writes it. The widths of their fields stand at
+/// function that reads it, and leaves the scanner on it, and one that writes it. The columns of their fields stand at
 /// the head of records.cpp.
 namespace tarnex::mdl {
 
@@ -24,7 +25,7 @@ struct CountsLine {
 
 struct AtomLine {
     McVec3f position{0.0F, 0.0F, 0.0F};
-    char symbol[4] = "";
+    FieldText symbol;
     /// 0 for no charge, else 4 less the charge.
     int chargeCode = 0;
     /// 0 for an unknown number of implicit hydrogens, else one more than the number.
@@ -34,8 +35,8 @@ struct AtomLine {
     /// Throws `FloatConversion_Error` for a coordinate of more than five characters ahead of the point.
     void write(writer& out) const;
 
-    static int chargeOfCode(int code);
-    static int codeOfCharge(int charge);
+    static int chargeOfCode(int code) { return code == 0 ? 0 : static_cast<int>(4U - static_cast<unsigned>(code)); }
+    static int codeOfCharge(int charge) { return chargeOfCode(charge); }
 };
 
 struct BondLine {

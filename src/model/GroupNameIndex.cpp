@@ -22,6 +22,7 @@ std::uint32_t hashOf(char const* name) {
 
 int GroupNameIndex::findLast(char const* name) {
     if (nodes.size > groups.size) forgetAll();
+    expectNodes(groups.size);
     while (nodes.size < groups.size) {
         auto const group = static_cast<int>(nodes.size);
         nodes.append({});
@@ -31,6 +32,14 @@ int GroupNameIndex::findLast(char const* name) {
     }
     std::int64_t const slot = slotOf(name, hashOf(name));
     return slot < 0 ? -1 : groupOfNode[slots[slot].root];
+}
+
+/// Makes room for this number of groups.
+void GroupNameIndex::expectNodes(std::int64_t number) {
+    if (number <= nodes.capacity) return;
+    nodes.reserve(number);
+    groupOfNode.reserve(number);
+    nodeOfGroup.reserve(number);
 }
 
 void GroupNameIndex::leave(int group) {

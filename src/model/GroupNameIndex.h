@@ -44,6 +44,7 @@ private:
 
     bool covers(int group);
     void forgetAll();
+    void expectNodes(std::int64_t number);
 
     int merge(int a, int b);
     int mergeSiblings(int first);

@@ -20,16 +20,6 @@ void* allocateBytes(std::size_t bytes) {
 
 } // namespace
 
-void* GroupPool::allocate(std::size_t bytes) {
-    std::size_t const needed = placeFor(bytes);
-    if (used + needed > blockSize) startBlock(needed);
-    auto* owner = reinterpret_cast<Owner*>(reinterpret_cast<char*>(block) + used);
-    *owner = block;
-    used += needed;
-    ++block->users;
-    return owner + 1;
-}
-
 void* GroupPool::allocateAlone(std::size_t bytes) {
     auto* owner = static_cast<Owner*>(allocateBytes(sizeof(Owner) + bytes));
     *owner = nullptr;

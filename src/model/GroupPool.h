@@ -6,8 +6,8 @@
 
 namespace tarnex {
 
-/// Room for the many small groups of a topology, in blocks instead of one allocation each. A group out of a pool is
-/// deleted like any other and may outlive the pool: each block goes with the last group in it.
+/// Room for the many small objects of a topology, above all its groups, in blocks instead of one allocation each. An
+/// object out of a pool is deleted like any other and may outlive the pool: each block goes with the last object in it.
 ///
 ///     topology->addGroup(0, new (pool) MtAtom);
 class TARNEX_API GroupPool {
@@ -20,7 +20,15 @@ public:
     /// Announces `count` objects of this size, so that blocks fit them.
     void expect(std::size_t count, std::size_t bytes) { expected += count * placeFor(bytes); }
     /// Room for one object of up to a few hundred bytes, aligned for pointers.
-    void* allocate(std::size_t bytes);
+    void* allocate(std::size_t bytes) {
+        std::size_t const needed = placeFor(bytes);
+        if (used + needed > blockSize) startBlock(needed);
+        auto* owner = reinterpret_cast<Owner*>(reinterpret_cast<char*>(block) + used);
+        *owner = block;
+        used += needed;
+        ++block->users;
+        return owner + 1;
+    }
     /// Room for one object outside any pool.
     static void* allocateAlone(std::size_t bytes);
     /// Gives back what either of them returned.
@@ -48,6 +56,15 @@ private:
     std::size_t used = 0;
     /// Bytes of announced objects for which there is no block yet.
     std::size_t expected = 0;
+};
+
+/// Base of what may be made in a pool. It is deleted in the same way wherever it was made.
+class Pooled {
+public:
+    static void* operator new(std::size_t bytes) { return GroupPool::allocateAlone(bytes); }
+    static void* operator new(std::size_t bytes, GroupPool& pool) { return pool.allocate(bytes); }
+    static void operator delete(void* object) noexcept { GroupPool::release(object); }
+    static void operator delete(void* object, GroupPool&) noexcept { GroupPool::release(object); }
 };
 
 } // namespace tarnex

@@ -2,10 +2,11 @@
 
 #include "foundation/McString.h"
 #include "foundation/export.h"
+#include "model/GroupPool.h"
 
 /// A named value that belongs to a topology as a whole, such as a data item of an SDF record. Every kind that a text
 /// format can carry converts to and from text.
-class TARNEX_API MolData {
+class TARNEX_API MolData : public tarnex::Pooled {
 public:
     explicit MolData(char const* dataName) : name(dataName) {}
     virtual ~MolData();

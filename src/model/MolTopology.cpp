@@ -31,8 +31,8 @@ constexpr std::int64_t dataWithoutIndex = 16;
 
 MolTopology::MolTopology() {
     levels.reserve(fewLevels);
-    levels.append(new MtGroupingLevel("", -1, levelKind, -1));
-    levels.append(new MtGroupingLevel("", 0, levelKind, -1));
+    addLevel("", -1, levelKind, -1);
+    addLevel("", 0, levelKind, -1);
 }
 
 MolTopology::MolTopology(MolTopology const& other) : McHandable(other), name(other.name) {
@@ -50,7 +50,7 @@ MolTopology* MolTopology::duplicate() const {
 }
 
 void MolTopology::setName(char const* topologyName) {
-    name = topologyName;
+    name = topologyName ? topologyName : "";
 }
 
 int MolTopology::getLevelIx(char const* levelName) const {
@@ -65,7 +65,8 @@ MtGroupingLevel* MolTopology::getLevel(int index) const {
 }
 
 int MolTopology::addLevel(char const* levelName, int lowerLevelIx, int kind, int reserved) {
-    levels.append(new MtGroupingLevel(levelName, lowerLevelIx, kind, reserved));
+    levels.append(new (groupPool) MtGroupingLevel(levelName, lowerLevelIx, kind, reserved));
+    levels[levels.size - 1]->pool = &groupPool;
     return static_cast<int>(levels.size - 1);
 }
 
@@ -79,19 +80,21 @@ void MolTopology::prepLevelSize(int levelIx, int n) {
     groupPool.expect(static_cast<std::size_t>(n - level->groups.size), usualSize);
 }
 
-/// Ranges and lists can be completed after they are added; all other groups must name what exists.
 bool MolTopology::accepts(int levelIx, MtGroup const* group) const {
     if (!group || !getLevel(levelIx)) return false;
-    if (typeid(*group) == typeid(MtBond)) {
-        auto const* bond = static_cast<MtBond const*>(group);
-        return hasAtom(bond->atoms[0]) && hasAtom(bond->atoms[1]);
-    }
     int const size = group->size();
-    if (size == 0 || dynamic_cast<MtIntraLevelRange const*>(group) || dynamic_cast<MtDynamicGroup const*>(group)) {
-        return true;
+    return size == 0 || hasMembers(*group, size);
+}
+
+/// Ranges and lists can be completed after they are added; all other groups must name what exists.
+bool MolTopology::hasMembers(MtGroup const& group, int size) const {
+    if (typeid(group) == typeid(MtBond)) {
+        auto const& bond = static_cast<MtBond const&>(group);
+        return hasAtom(bond.atoms[0]) && hasAtom(bond.atoms[1]);
     }
+    if (dynamic_cast<MtIntraLevelRange const*>(&group) || dynamic_cast<MtDynamicGroup const*>(&group)) return true;
     for (int i = 0; i < size; ++i) {
-        if (!tarnex::exists(*this, (*group)[i])) return false;
+        if (!tarnex::exists(*this, group[i])) return false;
     }
     return true;
 }

@@ -2,13 +2,13 @@
 
 #include "foundation/McDArray.h"
 #include "foundation/McHandable.h"
-#include "foundation/McString.h"
 #include "foundation/export.h"
 #include "model/MolData.h"
 #include "model/MtGroupingLevel.h"
 #include "model/MtSmallGroups.h"
 
 #include <memory>
+#include <string>
 
 namespace tarnex {
 class BondIndex;
@@ -30,7 +30,7 @@ public:
     /// A deep copy on the heap, owned by the caller.
     MolTopology* duplicate() const;
 
-    char const* getName() const { return name; }
+    char const* getName() const { return name.c_str(); }
     void setName(char const* topologyName);
 
     /// The first level of that name, or a negative number.
@@ -78,15 +78,17 @@ public:
 
     McDArray<MtGroupingLevel*> levels;
 
-    /// Where a reader makes the groups of this topology if there are many of them: `new (topology->groupPool) MtAtom`.
+    /// Where a reader makes the groups of this topology, or other small objects, if there are many of them:
+    /// `new (topology->groupPool) MtAtom`.
     tarnex::GroupPool groupPool;
 
 private:
     bool hasAtom(int atom) const { return atom >= 0 && atom < levels.data[0]->groups.size; }
+    bool hasMembers(MtGroup const& group, int size) const;
     bool accepts(int levelIx, MtGroup const* group) const;
     int findData(char const* dataName) const;
 
-    McString name;
+    std::string name;
     McDArray<MolData*> data;
     /// Made by the first lookup of a bond.
     mutable std::unique_ptr<tarnex::BondIndex> bondIndex;

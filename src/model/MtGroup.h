@@ -3,8 +3,6 @@
 #include "foundation/export.h"
 #include "model/GroupPool.h"
 
-#include <cstddef>
-
 /// Reference to a group: its level and its index there. A negative `groupIx` refers to no group.
 struct MtGroupRef {
     int levelIx = 0;
@@ -24,7 +22,7 @@ public:
 };
 
 /// Abstract base of all groups: an ordered list of references to groups of other levels.
-class TARNEX_API MtGroup {
+class TARNEX_API MtGroup : public tarnex::Pooled {
 public:
     MtGroup() = default;
     MtGroup(MtGroup const&) = default;
@@ -42,10 +40,4 @@ public:
 
     /// A group of exactly `n` members at the default reference, to be set by `setElement`. The caller owns it.
     static MtGroup* createGroup(int n);
-
-    /// Groups may be made in a pool, `new (pool) MtBond`, and are deleted in the same way wherever they were made.
-    static void* operator new(std::size_t bytes) { return tarnex::GroupPool::allocateAlone(bytes); }
-    static void* operator new(std::size_t bytes, tarnex::GroupPool& pool) { return pool.allocate(bytes); }
-    static void operator delete(void* group) noexcept { tarnex::GroupPool::release(group); }
-    static void operator delete(void* group, tarnex::GroupPool&) noexcept { tarnex::GroupPool::release(group); }
 };

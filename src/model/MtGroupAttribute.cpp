@@ -20,12 +20,19 @@ MtFloatAttribute* MtFloatAttribute::duplicate(McDArray<MtGroup*> const& groupsOf
 
 MtStringAttribute::~MtStringAttribute() = default;
 
-void MtStringAttribute::setValue(int group, std::string_view text) {
+void MtStringAttribute::setValue(int group, char const* value) {
     if (!hasGroup(group)) return;
-    char const*& slot = values.at(group, room(group));
-    bool const isSame = slot ? text == slot : text.empty();
-    if (isSame) return;
-    char const* stored = texts.store(text);
+    char const* text = value ? value : "";
+    char const*& slot = values.at(group, *groups);
+    bool const isSame = slot ? std::strcmp(slot, text) == 0 : *text == 0;
+    if (!isSame) replace(group, slot, texts.store(text));
+}
+
+void MtStringAttribute::setValue(int group, tarnex::ShortText value) {
+    if (hasGroup(group)) replace(group, values.at(group, *groups), texts.store(value));
+}
+
+void MtStringAttribute::replace(int group, char const*& slot, char const* stored) {
     if (nameIndex) nameIndex->leave(group);
     slot = stored;
     if (nameIndex) nameIndex->enter(group);

@@ -2,12 +2,12 @@
 
 #include "foundation/McDArray.h"
 #include "foundation/export.h"
+#include "model/GroupPool.h"
 #include "model/MtGroup.h"
 #include "model/TextStore.h"
 
 #include <cstdint>
 #include <string>
-#include <string_view>
 
 namespace tarnex {
 class GroupNameIndex;
@@ -15,7 +15,7 @@ class GroupNameIndex;
 
 /// Abstract base of an attribute: one value per group of a level, found by the index of the group. The level makes and
 /// owns its attributes.
-class TARNEX_API MtGroupAttribute {
+class TARNEX_API MtGroupAttribute : public tarnex::Pooled {
 public:
     virtual ~MtGroupAttribute();
     MtGroupAttribute(MtGroupAttribute const&) = delete;
@@ -33,11 +33,6 @@ protected:
         : groups(&groupsOfLevel), name(attributeName ? attributeName : "") {}
 
     bool hasGroup(int group) const { return group >= 0 && group < groups->size; }
-    /// How many values to make room for when the value of `group` is the next to be set.
-    std::int64_t room(int group) const {
-        std::int64_t const needed = std::int64_t{group} + 1;
-        return needed > groups->capacity ? needed : groups->capacity;
-    }
 
     McDArray<MtGroup*> const* groups;
 
@@ -52,12 +47,12 @@ template <class T>
 class GroupValues {
 public:
     T get(int group) const { return group < values.size ? values.data[group] : T{}; }
-    /// A reference to the value of a group that exists; `room` tells how many groups to reserve for.
-    T& at(int group, std::int64_t room) {
+    /// A reference to the value of one of the level's groups, for which there is as much room as for groups.
+    T& at(int group, McDArray<MtGroup*> const& groups) {
         if (group == values.size && group < values.capacity)
             values.data[values.size++] = T{};
         else if (group >= values.size)
-            growTo(group, room);
+            growTo(group, groups.capacity);
         return values.data[group];
     }
     void insertUnset(int position) {
@@ -66,7 +61,7 @@ public:
     std::int64_t size() const { return values.size; }
 
 private:
-    void growTo(int group, std::int64_t room) {
+    [[gnu::noinline]] void growTo(int group, std::int64_t room) {
         values.reserve(group < values.capacity ? values.capacity : room);
         while (values.size <= group) values.append(T{});
     }
@@ -80,7 +75,7 @@ class NumberAttribute : public MtGroupAttribute {
 public:
     /// A group that does not exist in the level is ignored.
     void setValue(int group, T value) {
-        if (hasGroup(group)) values.at(group, room(group)) = value;
+        if (hasGroup(group)) values.at(group, *groups) = value;
     }
     /// 0 for a value that was never set and for a group that does not exist.
     T getValue(int group) const { return hasGroup(group) ? values.get(group) : T{}; }
@@ -125,9 +120,8 @@ public:
     ~MtStringAttribute() override;
 
     /// Keeps a copy of the text; null counts as the empty string. A group that does not exist in the level is ignored.
-    void setValue(int group, char const* value) { setValue(group, std::string_view(value ? value : "")); }
-    /// The same with a text of known length, without a NUL.
-    void setValue(int group, std::string_view text);
+    void setValue(int group, char const* value);
+    void setValue(int group, tarnex::ShortText value);
     /// The empty string for a value that was never set and for a group that does not exist. The pointer stays good for
     /// the life of the attribute, though the value may change.
     char const* getValue(int group) const {
@@ -140,6 +134,8 @@ public:
 
 private:
     friend class MtGroupingLevel;
+
+    void replace(int group, char const*& slot, char const* stored);
 
     tarnex::GroupValues<char const*> values;
     tarnex::TextStore texts;

@@ -39,7 +39,7 @@ template <class Attribute>
 Attribute* MtGroupingLevel::findOrCreate(char const* attributeName, FindingBehaviour behaviour) {
     auto* attribute = find<Attribute>(attributeName);
     if (!attribute && behaviour == CREATE) {
-        attribute = new Attribute(attributeName, groups);
+        attribute = pool ? new (*pool) Attribute(attributeName, groups) : new Attribute(attributeName, groups);
         if (attributes.size == 0) attributes.reserve(fewAttributes);
         attributes.append(attribute);
     }

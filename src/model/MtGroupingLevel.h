@@ -11,7 +11,7 @@
 class MolTopology;
 
 /// One level of a topology: its groups and the attributes that hold values for them. Owns both.
-class TARNEX_API MtGroupingLevel {
+class TARNEX_API MtGroupingLevel : public tarnex::Pooled {
 public:
     enum FindingBehaviour { FIND = 0, CREATE = 1 };
 
@@ -72,6 +72,8 @@ private:
     int lowerLevelIx;
     int kind;
     int reserved;
+    /// Where the attributes are made if the topology made this level.
+    tarnex::GroupPool* pool = nullptr;
     /// Made by the first lookup of a name.
     mutable std::unique_ptr<tarnex::GroupNameIndex> nameIndex;
 };

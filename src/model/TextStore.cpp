@@ -4,56 +4,78 @@
 
 #include <algorithm>
 #include <cstring>
+#include <new>
 
 namespace tarnex {
 
 namespace {
+
 constexpr std::size_t firstBlockSize = 64;
 constexpr std::size_t largestBlockSize = 64 * 1024;
-constexpr std::size_t textsBeforeSharing = 64;
 constexpr std::size_t recentTexts = 1024;
+// Until there are some texts, a table is not worth while, and if few of the first texts came again, nor is it for the
+// others: atom names that are numbered through would only fill it.
+constexpr std::int64_t textsBeforeTable = 64;
+constexpr std::int64_t textsOnTrial = 4096;
+constexpr std::int64_t fewShared = textsOnTrial / 4;
+
 } // namespace
 
 TextStore::~TextStore() {
-    while (block) {
-        Block* const previous = block->previous;
-        mcfree(block);
-        block = previous;
-    }
+    for (char* block : blocks) mcfree(block);
 }
 
-char const* TextStore::store(std::string_view text) {
-    if (text.empty()) return "";
-    Recent* shared = nullptr;
-    std::uint64_t hash = 0;
-    if (++storedTexts > textsBeforeSharing) {
-        if (recent.size == 0) {
-            recent.resize(recentTexts);
-            std::fill(recent.begin(), recent.end(), Recent{0, ""});
-        }
-        hash = textHash(text.data(), text.size());
-        shared = &recent.data[hash % recentTexts];
-        if (shared->hash == hash && text == shared->text) return shared->text;
+char const* TextStore::store(char const* text) {
+    std::size_t const length = std::strlen(text);
+    if (length <= ShortText::maxLength) return store(ShortText(text, length));
+    Recent* const place = placeOf(textHash(text, length));
+    if (place && std::strcmp(place->text, text) == 0) {
+        ++numShared;
+        return place->text;
     }
-    char* copy = allocate(text.size() + 1);
-    std::memcpy(copy, text.data(), text.size());
-    copy[text.size()] = '\0';
-    if (shared) *shared = {hash, copy};
+    char* const copy = allocate(length + 1, length + 1);
+    std::memcpy(copy, text, length + 1);
+    if (place) *place = {ShortText(), copy};
     return copy;
 }
 
-char* TextStore::allocate(std::size_t bytes) {
-    if (blockUsed + bytes > blockSize) {
-        std::size_t const wanted = std::clamp(2 * blockSize, firstBlockSize, largestBlockSize);
-        std::size_t const newSize = std::max(sizeof(Block) + bytes, wanted);
-        auto* fresh = static_cast<Block*>(mcmalloc(newSize));
-        if (!fresh) throw std::bad_alloc();
-        fresh->previous = block;
-        block = fresh;
-        blockSize = newSize;
-        blockUsed = sizeof(Block);
+char const* TextStore::store(ShortText text) {
+    if (text == ShortText()) return "";
+    Recent* const place = placeOf(textHash(text));
+    if (place && place->key == text) {
+        ++numShared;
+        return place->text;
     }
-    char* place = reinterpret_cast<char*>(block) + blockUsed;
+    char* const copy = allocate(text.length() + 1, ShortText::room);
+    text.put(copy);
+    if (place) *place = {text, copy};
+    return copy;
+}
+
+/// The place among the recent texts for the next one to be stored; null without a table.
+TextStore::Recent* TextStore::placeOf(std::uint64_t hash) {
+    ++numTexts;
+    if (numTexts == textsBeforeTable) {
+        recent.resize(recentTexts);
+        std::fill(recent.begin(), recent.end(), Recent{ShortText(), ""});
+    } else if (numTexts == textsOnTrial && numShared < fewShared) {
+        recent.clear();
+    }
+    return recent.size > 0 ? &recent.data[hash % recentTexts] : nullptr;
+}
+
+/// Takes `bytes` characters; `room`, at least as many, may be written.
+char* TextStore::allocate(std::size_t bytes, std::size_t room) {
+    if (blockUsed + room > blockSize) {
+        blocks.reserve(blocks.size + 1);
+        std::size_t const newSize = std::max(room, std::clamp(2 * blockSize, firstBlockSize, largestBlockSize));
+        auto* block = static_cast<char*>(mcmalloc(newSize));
+        if (!block) throw std::bad_alloc();
+        blocks.append(block);
+        blockSize = newSize;
+        blockUsed = 0;
+    }
+    char* place = blocks.data[blocks.size - 1] + blockUsed;
     blockUsed += bytes;
     return place;
 }

@@ -1,15 +1,15 @@
 #pragma once
 
 #include "foundation/McDArray.h"
+#include "foundation/ShortText.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <string_view>
 
 namespace tarnex {
 
-/// Keeps copies of many short texts in a few large blocks. A stored text stays in place until the store is destroyed.
-/// Texts that come again soon, such as atom types, are mostly stored once.
+/// Keeps copies of many texts, most of them short, in a few large blocks. A stored text stays in place until the store
+/// is destroyed. Texts that come again soon, such as atom types, are mostly stored once.
 class TextStore {
 public:
     TextStore() = default;
@@ -17,27 +17,24 @@ public:
     TextStore& operator=(TextStore const&) = delete;
     ~TextStore();
 
-    /// A terminated copy of a text without NUL, or an older one.
-    char const* store(std::string_view text);
+    char const* store(char const* text);
+    char const* store(ShortText text);
 
 private:
     struct Recent {
-        std::uint64_t hash;
+        ShortText key; ///< the text itself if it is short, else empty
         char const* text;
     };
 
-    /// Its texts follow it in memory.
-    struct Block {
-        Block* previous;
-    };
+    Recent* placeOf(std::uint64_t hash);
+    char* allocate(std::size_t bytes, std::size_t room);
 
-    char* allocate(std::size_t bytes);
-
-    Block* block = nullptr;
+    McDArray<char*> blocks;
     std::size_t blockSize = 0;
     std::size_t blockUsed = 0;
-    std::size_t storedTexts = 0;
-    /// By hash, the text stored last; empty while there are only a few texts.
+    std::int64_t numTexts = 0;
+    std::int64_t numShared = 0;
+    /// By hash, the text stored last; empty while there are only a few texts, and once they turn out to differ.
     McDArray<Recent> recent;
 };
 

@@ -16,6 +16,12 @@ inline bool exists(MolTopology const& topology, MtGroupRef ref) {
            ref.groupIx < topology.levels.data[ref.levelIx]->groups.size;
 }
 
+/// The group as a range; null if it is something else.
+inline MtIntraLevelRange const* asRange(MtGroup const* group) {
+    if (group && typeid(*group) == typeid(MtIntraLevelRange)) return static_cast<MtIntraLevelRange const*>(group);
+    return dynamic_cast<MtIntraLevelRange const*>(group);
+}
+
 /// The groups of a range that exist in the topology: from `begin` up to `end`, which is not one of them.
 struct ExistingPart {
     ExistingPart(MolTopology const& topology, MtIntraLevelRange const& range) {
@@ -33,7 +39,7 @@ struct ExistingPart {
 template <class Visitor>
 void forEachMember(MolTopology const& topology, MtGroup const* group, Visitor&& visit) {
     if (!group) return;
-    if (auto const* range = dynamic_cast<MtIntraLevelRange const*>(group)) {
+    if (auto const* range = asRange(group)) {
         ExistingPart const part(topology, *range);
         for (int i = part.begin; i < part.end; ++i) visit(MtGroupRef(range->levelIx, i));
         return;

@@ -15,6 +15,7 @@ constexpr auto CREATE = MtGroupingLevel::CREATE;
 constexpr int levelKind = 12;
 constexpr int levelReserved = -1;
 constexpr int bondType = 1;
+constexpr int atomsOfWater = 3; // most residues of large files
 
 /// Iodine. Guessed from the atom name, heavier elements are less likely than the element of the second letter.
 constexpr int heaviestGuess = 53;
@@ -42,10 +43,11 @@ void copyWithoutDigits(FieldText const& text, char* out) {
 /// that, then the first letter of the other half.
 molchem::Element const* findElement(AtomLine const& line) {
     molchem::ElementTable const& table = elementTable();
-    bool const guessed = !isUpperCase(line.element[0]);
+    FieldText const fromColumns = line.element();
+    bool const guessed = !isUpperCase(fromColumns[0]);
     char guess[sizeof(FieldText)];
-    if (guessed) copyWithoutDigits(line.nameStart, guess);
-    char const* symbol = guessed ? guess : line.element.c_str();
+    if (guessed) copyWithoutDigits(line.nameStart(), guess);
+    char const* symbol = guessed ? guess : fromColumns.c_str();
     if (symbol[0] == 'A' && symbol[1] == '\0') symbol = "C"; // aromatic carbon of some programs
 
     molchem::Element const* element = table.getElement(symbol, false);
@@ -55,7 +57,7 @@ molchem::Element const* findElement(AtomLine const& line) {
         if (isLikely || !isKnown(element)) element = second;
     }
     if (isKnown(element)) return element;
-    char const nameEnd[] = {line.nameEnd[0], '\0'};
+    char const nameEnd[] = {line.nameEnd()[0], '\0'};
     return table.getElement(nameEnd, false);
 }
 
@@ -75,7 +77,7 @@ void SerialTable::set(int serial, int atom) {
     std::int64_t const place = std::int64_t{serial} - lowest;
     std::int64_t const known = atoms.size;
     if (place >= known) {
-        atoms.resize(place + 1);
+        atoms.resize(std::max(place + 1, 2 * known));
         std::fill(atoms.begin() + known, atoms.end(), -1);
     }
     atoms[place] = atom;
@@ -128,66 +130,64 @@ void MoleculeBuilder::makeResidueAttributes() {
 void MoleculeBuilder::expectAtoms(std::int64_t numAtoms) {
     auto const expected = static_cast<int>(std::min<std::int64_t>(numAtoms, INT_MAX));
     topology.prepLevelSize(0, expected);
+    topology.prepLevelSize(residuesIx, expected / atomsOfWater);
     molecule.coords.reserve(expected);
 }
 
 void MoleculeBuilder::addAtom(AtomLine const& line, bool isHet) {
-    if (isLetter(line.location[0]) && line.location[0] != 'A') return;
-    bool const isUnnamed = isInUnnamedChain(line.chain.c_str(), isHet);
-    FieldText const nameOfChain = isUnnamed ? FieldText(packed(unnamedChain)) : line.chain;
-    bool const hasChain = nameOfChain[0] != '\0';
+    FieldText const location = line.location();
+    if (isLetter(location[0]) && location[0] != 'A') return;
+    FieldText const chainId = line.chain();
+    ShortText const nameOfChain =
+        isInUnnamedChain(chainId.c_str(), isHet) ? ShortText(packed(unnamedChain)) : chainId.text();
+    bool const hasChain = nameOfChain.length() > 0;
     if (hasChain) enterChain(nameOfChain, isHet);
 
-    molecule.coords.append(line.position);
+    molecule.coords.append(line.position());
     int const atom = topology.addGroup(0, new (topology.groupPool) MtAtom).groupIx;
     setAtomAttributes(line, atom, nameOfChain);
-    atomOfSerial.set(line.serial, atom);
     enterResidue(line, atom, nameOfChain, isHet);
     lastAtomHasChain = hasChain;
 }
 
 /// A name that comes back behind another chain, or behind atoms without chain, is that of a new chain. So only the
 /// newest chain can go on.
-void MoleculeBuilder::enterChain(FieldText const& name, bool isHet) {
+void MoleculeBuilder::enterChain(ShortText name, bool isHet) {
     bool const isSplit = terSeen && !isHet;
     if (lastAtomHasChain && !isSplit && name == chainName) return;
     chain = new (topology.groupPool) MtIntraLevelRange(residuesIx, 0, 0);
-    chainNames->setValue(topology.addGroup(chainsIx, chain).groupIx, name.c_str());
+    chainNames->setValue(topology.addGroup(chainsIx, chain).groupIx, name);
     chainName = name;
     newChainPending = true;
     terSeen = false;
 }
 
-void MoleculeBuilder::setAtomAttributes(AtomLine const& line, int atom, FieldText const& nameOfChain) {
-    // The texts are put together first, since what was just written in pieces is slow to read as a whole.
-    char name[nameRoom];
-    char type[nameRoom];
-    *putInt(put(name, nameOfChain), line.serial) = '\0';
-    *put(put(type, line.nameStart), line.nameEnd) = '\0';
+void MoleculeBuilder::setAtomAttributes(AtomLine const& line, int atom, ShortText nameOfChain) {
+    int const serial = line.serial();
+    atomOfSerial.set(serial, atom);
     molchem::Element const* element = findElement(line);
     atomicNumbers->setValue(atom, element->getAtomicNumber());
     radii->setValue(atom, element->getRadius());
-    if (line.charge[0] != '\0') charges->setValue(atom, chargeOf(line.charge)); // else it stays 0
-    temperatures->setValue(atom, line.temperature);
-    occupancies->setValue(atom, line.occupancy);
-    atomNames->setValue(atom, name);
-    atomTypes->setValue(atom, type);
+    if (line.hasCharge()) charges->setValue(atom, chargeOf(line.charge())); // else it stays 0
+    temperatures->setValue(atom, line.temperature(temperature));
+    occupancies->setValue(atom, line.occupancy(occupancy));
+    atomNames->setValue(atom, nameOfChain + decimalText(serial));
+    atomTypes->setValue(atom, line.name());
 }
 
 /// An id that comes back behind another residue is that of a new residue. So only the newest residue can go on, and new
 /// ones stand behind all others: the chain that they go into is the newest one, and whatever was added behind its last
 /// residue is in no chain and has ended it.
-void MoleculeBuilder::enterResidue(AtomLine const& line, int atom, FieldText const& nameOfChain, bool isHet) {
-    ResidueKey const key{nameOfChain, line.residueNumber, line.insertionCode, isHet};
-    if (!residue || !(key == residueKey)) {
+void MoleculeBuilder::enterResidue(AtomLine const& line, int atom, ShortText nameOfChain, bool isHet) {
+    ResidueKey const key{line.residueText(), isHet};
+    if (!residue || key != residueKey) {
+        // The same id can stand in the columns in several ways, and a HETATM record without chain can say the number 31
+        // where others say chain 3, number 1.
+        ShortText const id = residueId(nameOfChain, line.residueNumber(), line.insertionCode().text());
+        bool const isNew = !residue || id != idOfResidue || isHet != residueKey.isHet;
         residueKey = key;
-        char id[nameRoom];
-        putResidueId(id, nameOfChain, line.residueNumber, line.insertionCode, isHet);
-        // Different keys can make the same id: HETATM number 31 without chain, and number 1 of chain 3.
-        if (!residue || std::strcmp(id, residueId) != 0) {
-            std::strcpy(residueId, id);
-            startResidue(line, atom, nameOfChain[0] != '\0');
-        }
+        idOfResidue = id;
+        if (isNew) startResidue(line, atom, nameOfChain.length() > 0);
     }
     residue->last = atom;
 }
@@ -195,13 +195,24 @@ void MoleculeBuilder::enterResidue(AtomLine const& line, int atom, FieldText con
 void MoleculeBuilder::startResidue(AtomLine const& line, int atom, bool hasChain) {
     residue = new (topology.groupPool) MtIntraLevelRange(0, atom, atom);
     int const ix = topology.addGroup(residuesIx, residue).groupIx;
-    residueTypes->setValue(ix, line.residueType.c_str());
-    residueNames->setValue(ix, residueId);
-    residueNumbers->setValue(ix, line.residueNumber);
+    residueTypes->setValue(ix, line.residueType().text());
+    setResidueName(ix);
+    residueNumbers->setValue(ix, line.residueNumber());
     if (!hasChain) return;
     if (newChainPending) chain->first = ix;
     chain->last = ix;
     newChainPending = false;
+}
+
+void MoleculeBuilder::setResidueName(int ix) {
+    if (!residueKey.isHet) return residueNames->setValue(ix, idOfResidue);
+    ShortText const prefix(packed(hetPrefix));
+    if (prefix.length() + idOfResidue.length() <= ShortText::maxLength) {
+        return residueNames->setValue(ix, prefix + idOfResidue);
+    }
+    char name[2 * ShortText::room];
+    idOfResidue.put(prefix.put(name));
+    residueNames->setValue(ix, name);
 }
 
 void MoleculeBuilder::addBonds(ConectLine const& line) {

@@ -40,24 +40,20 @@ public:
     void addBonds(ConectLine const& line);
 
 private:
-    /// Enough for all texts that are put together from a line.
-    static constexpr std::size_t nameRoom = 64;
-
-    /// What the id of a residue is made from.
+    /// How a line names its residue.
     struct ResidueKey {
-        FieldText chainName;
-        int number;
-        FieldText insertionCode;
+        std::uint64_t text;
         bool isHet;
         bool operator==(ResidueKey const&) const = default;
     };
 
     void makeAtomAttributes();
     void makeResidueAttributes();
-    void enterChain(FieldText const& name, bool isHet);
-    void setAtomAttributes(AtomLine const& line, int atom, FieldText const& nameOfChain);
-    void enterResidue(AtomLine const& line, int atom, FieldText const& nameOfChain, bool isHet);
+    void enterChain(ShortText name, bool isHet);
+    void setAtomAttributes(AtomLine const& line, int atom, ShortText nameOfChain);
+    void enterResidue(AtomLine const& line, int atom, ShortText nameOfChain, bool isHet);
     void startResidue(AtomLine const& line, int atom, bool hasChain);
+    void setResidueName(int ix);
 
     Molecule& molecule;
     MolTopology& topology;
@@ -78,13 +74,15 @@ private:
     MtStringAttribute* chainNames;
 
     SerialTable atomOfSerial;
+    RepeatedReal occupancy;
+    RepeatedReal temperature;
 
     // The newest residue and chain, which are those of the last atom unless that is in no chain.
     MtIntraLevelRange* residue = nullptr;
     ResidueKey residueKey{};
-    char residueId[nameRoom] = "";
+    ShortText idOfResidue; ///< without the prefix of HETATM records
     MtIntraLevelRange* chain = nullptr;
-    FieldText chainName;
+    ShortText chainName;
     bool lastAtomHasChain = false;
     /// The newest chain has no residue of its own yet.
     bool newChainPending = false;

@@ -7,20 +7,28 @@
 #include "pdb/MolTrajectoryPDB.h"
 #include "pdb/MoleculeBuilder.h"
 #include "pdb/PDBScan.h"
+#include "pdb/SecondaryStructureBuilder.h"
 #include "pdb/identifiers.h"
+#include "textio/numberText.h"
 
 #include <algorithm>
 #include <cstring>
 #include <filesystem>
 #include <system_error>
+#include <utility>
 
+using tarnex::packed;
 using tarnex::Progress;
 using tarnex::pdb::AtomLine;
 using tarnex::pdb::CardReader;
 using tarnex::pdb::ConectLine;
+using tarnex::pdb::HelixLine;
 using tarnex::pdb::MoleculeBuilder;
-using tarnex::pdb::packed;
 using tarnex::pdb::PDBScan;
+using tarnex::pdb::SecondaryStructureBuilder;
+using tarnex::pdb::SheetLine;
+using tarnex::pdb::SiteLine;
+using tarnex::pdb::TurnLine;
 
 namespace {
 
@@ -85,10 +93,10 @@ public:
 
     bool readAtoms(long first, long last, long sizeOfFile);
     bool readBonds(long first, long last);
-    bool readSecondaryStructure(PDBread& pdb, long first, long last);
+    bool readSecondaryStructure(PDBread const& pdb, std::ostream* messages, long first, long last);
 
 private:
-    bool parseSecondaryStructure(PDBread& pdb, std::uint64_t keyword, molInfo& info);
+    bool parseSecondaryStructure(std::uint64_t keyword, SecondaryStructureBuilder& structures);
     /// All passes count on from each other.
     bool interrupted(LineWalk const& lines, int linesPerProgress) const {
         return progress && lineCount % linesPerProgress == 0 && progress.interruptedAt(lines.fraction());
@@ -108,7 +116,7 @@ bool ModelPasses::readAtoms(long first, long last, long sizeOfFile) {
     for (LineWalk lines(in, first, last); !lines.atEnd();) {
         if (isAtomRecord(lines.keyword)) {
             ++lineCount;
-            builder.addAtom(AtomLine::read(in), lines.keyword == packed("HETATM"));
+            builder.addAtom(AtomLine(in.readCard()), lines.keyword == packed("HETATM"));
         } else if (lines.keyword == packed("TER")) {
             builder.endChain();
         }
@@ -133,32 +141,33 @@ bool ModelPasses::readBonds(long first, long last) {
     return true;
 }
 
-bool ModelPasses::readSecondaryStructure(PDBread& pdb, long first, long last) {
+bool ModelPasses::readSecondaryStructure(PDBread const& pdb, std::ostream* messages, long first, long last) {
     if (!isValid(first, last)) return true;
     progress.info("Parsing HELIX/SHEET/TURN and SITE Records");
     progress.value(0.0F);
     molInfo info(topology);
+    SecondaryStructureBuilder structures(pdb, messages, *topology, info);
     for (LineWalk lines(in, first, last); !lines.atEnd(); lines.next()) {
-        if (parseSecondaryStructure(pdb, lines.keyword, info)) ++lineCount;
+        if (parseSecondaryStructure(lines.keyword, structures)) ++lineCount;
         if (interrupted(lines, secStructLinesPerProgress)) return false;
     }
     return true;
 }
 
 /// False for a record of another kind.
-bool ModelPasses::parseSecondaryStructure(PDBread& pdb, std::uint64_t keyword, molInfo& info) {
+bool ModelPasses::parseSecondaryStructure(std::uint64_t keyword, SecondaryStructureBuilder& structures) {
     switch (keyword) {
     case packed("HELIX"):
-        pdb.parseHelixRecord(in, topology, info);
+        structures.addHelix(HelixLine::read(in));
         return true;
     case packed("SHEET"):
-        pdb.parseSheetRecord(in, topology, info);
+        structures.addStrand(SheetLine::read(in));
         return true;
     case packed("TURN"):
-        pdb.parseTurnRecord(in, topology, info);
+        structures.addTurn(TurnLine::read(in));
         return true;
     case packed("SITE"):
-        pdb.parseSiteRecord(in, topology, info);
+        structures.addToSite(SiteLine::read(in));
         return true;
     default:
         return false;
@@ -236,7 +245,7 @@ McHandle<MolTrajectory> PDBread::readTrajectory(char const* filename) {
     Molecule molecule(new MolTopology, true);
     if (!readMolecule(&molecule, filename, scan.positionsOfModel(0), 0)) return nullptr;
     scan.storeHeader(*molecule.getTopology());
-    return new MolTrajectoryMem(&molecule, 1);
+    return new MolTrajectoryMem(molecule.getTopology(), std::move(molecule.coords));
 }
 
 McHandle<Molecule> PDBread::readPDBMolecule(char const* filename) {
@@ -258,7 +267,7 @@ bool PDBread::readMolecule(Molecule* molecule, char const* filename, streamPosit
     ModelPasses passes(in, *molecule, readProgress);
     if (!passes.readAtoms(positions.atomFirst, positions.atomLast, sizeOf(filename)) ||
         !passes.readBonds(positions.conectFirst, positions.conectLast) ||
-        !passes.readSecondaryStructure(*this, positions.secStructFirst, positions.secStructLast) ||
+        !passes.readSecondaryStructure(*this, messages, positions.secStructFirst, positions.secStructLast) ||
         !perceiveBonds(molecule)) {
         return false;
     }
@@ -285,7 +294,9 @@ bool PDBread::readCoordinates(Molecule* molecule, char const* filename, streamPo
 
 void PDBread::resIDConversion(char const* chain, int sequence, char const* insertionCode, char* result,
                               bool isHet) const {
-    tarnex::pdb::putResidueId(result, chain, sequence, insertionCode, isHet);
+    char* end = stpcpy(result, isHet ? tarnex::pdb::hetPrefix : "");
+    end = tarnex::putInt(stpcpy(end, chain), sequence);
+    std::strcpy(end, insertionCode);
 }
 
 void PDBread::chainIDConversion(char const* chain, char* result, bool isHet) const {
@@ -295,4 +306,20 @@ void PDBread::chainIDConversion(char const* chain, char* result, bool isHet) con
 char* PDBread::chainIDConversion(char* chain, bool isHet) const {
     if (*chain == '\0') chainIDConversion("", chain, isHet);
     return chain;
+}
+
+void PDBread::parseHelixRecord(lengthizer& in, MolTopology* topology, molInfo& info) {
+    SecondaryStructureBuilder(*this, messages, *topology, info).addHelix(HelixLine::read(in));
+}
+
+void PDBread::parseSheetRecord(lengthizer& in, MolTopology* topology, molInfo& info) {
+    SecondaryStructureBuilder(*this, messages, *topology, info).addStrand(SheetLine::read(in));
+}
+
+void PDBread::parseTurnRecord(lengthizer& in, MolTopology* topology, molInfo& info) {
+    SecondaryStructureBuilder(*this, messages, *topology, info).addTurn(TurnLine::read(in));
+}
+
+void PDBread::parseSiteRecord(lengthizer& in, MolTopology* topology, molInfo& info) {
+    SecondaryStructureBuilder(*this, messages, *topology, info).addToSite(SiteLine::read(in));
 }

@@ -1,17 +1,18 @@
 #pragma once
 
 #include "pdb/CardReader.h"
-#include "textio/numberText.h"
+#include "textio/plainNumber.h"
+
+#include <algorithm>
 
 namespace tarnex::pdb {
 
-inline char* put(char* out, char const* text) {
-    while (*text) *out++ = *text++;
-    return out;
-}
-
-inline char* put(char* out, FieldText const& text) {
-    return text.put(out);
+/// For a number of at most seven digits.
+inline ShortText decimalText(int number) {
+    std::uint64_t const digits = splitDigits(static_cast<std::uint32_t>(number < 0 ? -number : number));
+    int const zerosAhead = std::min(std::countr_zero(digits) / 8, static_cast<int>(wordLength) - 1);
+    ShortText const magnitude((digits | repeated('0')) >> (8 * zerosAhead));
+    return number < 0 ? ShortText('-') + magnitude : magnitude;
 }
 
 /// The chain of ATOM records without chain id. HETATM records without one are in no chain.
@@ -21,13 +22,12 @@ inline bool isInUnnamedChain(char const* chainId, bool isHet) {
     return *chainId == '\0' && !isHet;
 }
 
-/// Writes the id of a residue, of texts of either kind, and terminates it.
-template <class Text>
-void putResidueId(char* out, Text const& chainName, int number, Text const& insertionCode, bool isHet) {
-    if (isHet) out = put(out, "HET");
-    out = put(out, chainName);
-    out = putInt(out, number);
-    *put(out, insertionCode) = '\0';
+/// Ids of residues of HETATM records begin with this.
+inline constexpr char const* hetPrefix = "HET";
+
+/// The id of a residue behind the prefix, if it has one.
+inline ShortText residueId(ShortText chainName, int number, ShortText insertionCode) {
+    return chainName + decimalText(number) + insertionCode;
 }
 
 } // namespace tarnex::pdb

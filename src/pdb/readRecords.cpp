@@ -2,26 +2,6 @@
 
 namespace tarnex::pdb {
 
-AtomLine AtomLine::read(CardReader& in) {
-    Card const card = in.readCard();
-    return {
-        .serial = card.integer(serialColumns),
-        .nameStart = card.field(nameStartColumns),
-        .nameEnd = card.field(nameEndColumns),
-        .location = card.field(locationColumns),
-        .residueType = card.field(residueTypeColumns),
-        .chain = card.field(chainColumns),
-        .residueNumber = card.integer(residueNumberColumns),
-        .insertionCode = card.field(insertionCodeColumns),
-        .position = {card.real(xColumns, coordinateDecimals), card.real(yColumns, coordinateDecimals),
-                     card.real(zColumns, coordinateDecimals)},
-        .occupancy = card.real(occupancyColumns, factorDecimals),
-        .temperature = card.real(temperatureColumns, factorDecimals),
-        .element = card.field(elementColumns),
-        .charge = card.field(chargeColumns),
-    };
-}
-
 bool AtomLine::readPosition(lengthizer& in, McVec3f& position) {
     char location[locationColumns.width() + 1];
     in.skipChars(locationColumns.first - keywordColumns.last - 1);

@@ -1,46 +1,23 @@
-#include "model/MtListGroups.h"
+#include "model/members.h"
 #include "pdb/PDBread.h"
+#include "pdb/StructureRanges.h"
 
 #include <algorithm>
 #include <climits>
 #include <cstdint>
 #include <cstring>
-#include <typeinfo>
 
 namespace {
 
-/// The group as a range, or null. A search meets many groups, and the comparison of types is faster than the cast.
-MtIntraLevelRange const* asRange(MtGroup const* group) {
-    if (!group) return nullptr;
-    if (typeid(*group) == typeid(MtIntraLevelRange)) return static_cast<MtIntraLevelRange const*>(group);
-    if (typeid(*group) == typeid(MtDynamicGroup)) return nullptr;
-    return dynamic_cast<MtIntraLevelRange const*>(group);
-}
+using tarnex::asRange;
+using tarnex::pdb::cut;
+using tarnex::pdb::Remainder;
 
 /// Whether a structure is a sheet; for others the first letter nearly always tells.
 bool isSheet(molInfo const& info, int structure) {
     constexpr char const* sheet = "sheet";
     char const* type = info.secStructType->getValue(structure);
     return *type == *sheet && std::strcmp(type, sheet) == 0;
-}
-
-/// What is left of a range that overlaps with another one; nothing if `first` is above `last`.
-struct Remainder {
-    bool overlaps;
-    std::int64_t first;
-    std::int64_t last;
-};
-
-/// Cuts the residues `s` to `e` to what lies outside of `a` to `b`. If both sides stick out the longer one stays, or
-/// else the one behind.
-Remainder cut(std::int64_t s, std::int64_t e, std::int64_t a, std::int64_t b) {
-    Remainder const ahead{true, s, a - 1};
-    Remainder const behind{true, b + 1, e};
-    if (s <= a && e >= b) return a - s > e - b ? ahead : behind;
-    if (s >= a && e <= b) return {true, 0, -1};
-    if (a <= s && s <= b) return behind;
-    if (a <= e && e <= b) return ahead;
-    return {false, s, e};
 }
 
 /// Finds the first group of a level that holds a member. Ranges may have been changed in place at any time, so that

@@ -2,7 +2,7 @@
 
 #include "foundation/McBitfield.h"
 #include "model/MtGroupingLevel.h"
-#include "model/MtListGroups.h"
+#include "model/members.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -27,7 +27,7 @@ public:
     template <class Test>
     int find(MtGroup const* group, Test&& test) {
         if (!group) return -1;
-        if (auto const* range = dynamic_cast<MtIntraLevelRange const*>(group)) {
+        if (auto const* range = tarnex::asRange(group)) {
             if (range->levelIx != levelIx) return -1;
             int const end = range->last < numGroups ? range->last + 1 : numGroups;
             for (int i = std::max(range->first, 0); i < end && left > 0; ++i, --left) {

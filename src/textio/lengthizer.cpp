@@ -90,3 +90,11 @@ char const* lengthizer::getUntrimmedLineString() {
     trim(target, takeLine(target));
     return target;
 }
+
+/// Makes a copy in `buffer`.
+char const* lengthizer::padColumns(char const* text, std::ptrdiff_t length, std::ptrdiff_t count) {
+    std::memcpy(buffer, text, static_cast<std::size_t>(length));
+    std::memset(buffer + length, ' ', static_cast<std::size_t>(count - length));
+    buffer[count] = '\0';
+    return buffer;
+}

@@ -36,6 +36,17 @@ constexpr std::uint32_t joinDigits(std::uint64_t digits) {
     return static_cast<std::uint32_t>(sum >> 32U);
 }
 
+/// The eight digits of a number below 10^8, as `joinDigits` takes them: halves, then pairs, then all. The quotients
+/// come of products, which are exact for such small numbers.
+constexpr std::uint64_t splitDigits(std::uint32_t number) {
+    std::uint64_t const halves = number / 10000 | std::uint64_t{number % 10000} << 32U;
+    std::uint64_t const hundreds = (halves * 5243 >> 19U) & 0x0000007f0000007fU;
+    std::uint64_t const pairs = hundreds | (halves - 100 * hundreds) << 16U;
+    std::uint64_t const tens = (pairs * 103 >> 10U) & 0x000f000f000f000fU;
+    return tens | (pairs - 10 * tens) << 8U;
+}
+static_assert(splitDigits(12345678) == 0x0807060504030201U && joinDigits(splitDigits(90909099)) == 90909099);
+
 /// True if all characters are 0 to 9.
 constexpr bool areDigits(std::uint64_t word) {
     return ((word | (word + repeated(0x76))) & repeated(static_cast<char>(0x80))) == 0;
@@ -48,6 +59,12 @@ inline bool parseShortInt(std::string_view text, int& value) {
     auto const magnitude = static_cast<int>(joinDigits(number.digits));
     value = number.negative ? -magnitude : magnitude;
     return true;
+}
+
+/// A magnitude with its sign, without a branch: nobody can guess the signs of coordinates.
+inline double withSign(double magnitude, bool isNegative) {
+    auto const sign = static_cast<std::uint64_t>(isNegative) << 63U;
+    return std::bit_cast<double>(std::bit_cast<std::uint64_t>(magnitude) | sign);
 }
 
 inline constexpr std::array<double, 8> shortPowersOfTen = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7};
@@ -68,9 +85,50 @@ inline bool parseShortDouble(std::string_view text, double& value) {
     }
     if (!areDigits(digits)) return false;
     double const magnitude = static_cast<std::int32_t>(joinDigits(digits)) / shortPowersOfTen[decimals];
-    auto const sign = static_cast<std::uint64_t>(number.negative) << 63U;
-    value = std::bit_cast<double>(std::bit_cast<std::uint64_t>(magnitude) | sign);
+    value = withSign(magnitude, number.negative);
     return true;
 }
+
+/// A field of up to eight columns with a number at its end, as fields of numbers nearly always are: blanks, an optional
+/// minus, digits and perhaps a point.
+class PlainNumber {
+public:
+    PlainNumber(char const* field, int width) {
+        // As in all searches by words, the first character stands in the lowest bits. Zeros fill up the front.
+        int const unused = 8 * (static_cast<int>(wordLength) - width);
+        std::uint64_t const word = loadWord(field) << unused;
+        std::uint64_t const others = word ^ (repeated(' ') << unused);
+        if (others == 0) return;
+        int const front = std::countr_zero(others) / 8 * 8;
+        isNegative = (word >> front & character) == '-';
+        digits = (word ^ (repeated('0') << unused)) >> front << front;
+        digits &= ~(character * static_cast<std::uint64_t>(isNegative) << front);
+    }
+
+    bool toInteger(int& value) const {
+        auto const magnitude = static_cast<int>(joinDigits(digits));
+        value = isNegative ? -magnitude : magnitude;
+        return areDigits(digits);
+    }
+    /// True if a point stands ahead of the last `decimals` digits. They and the power of ten are exact doubles, so that
+    /// their quotient is the correctly rounded number.
+    bool toReal(int decimals, double& value) const {
+        int const point = 8 * (static_cast<int>(wordLength) - 1 - decimals);
+        std::uint64_t const ahead = digits & ((std::uint64_t{1} << point) - 1);
+        std::uint64_t const withoutPoint = digits >> (point + 8) << (point + 8) | ahead << 8;
+        if ((digits >> point & character) != ('.' ^ '0') || !areDigits(withoutPoint)) return false;
+        double const magnitude =
+            static_cast<std::int32_t>(joinDigits(withoutPoint)) / shortPowersOfTen[static_cast<std::size_t>(decimals)];
+        value = withSign(magnitude, isNegative);
+        return true;
+    }
+
+private:
+    static constexpr std::uint64_t character = 0xff;
+
+    /// Each character's value if it is a digit; 0 for blanks and the minus.
+    std::uint64_t digits = 0;
+    bool isNegative = false;
+};
 
 } // namespace tarnex

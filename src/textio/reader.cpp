@@ -71,18 +71,16 @@ int reader::believableCount(int count) const {
     return static_cast<int>(std::clamp<long>(bytes, alwaysBelieved, count));
 }
 
-void reader::nextLine() {
-    buffer[0] = '\0';
+void reader::nextLineAtBlockEnd() {
     do {
         if (provide(1) == 0) {
+            buffer[0] = '\0';
             eof = true;
             return;
         }
         cursor = findLineEnd(cursor, blockEnd);
     } while (cursor == blockEnd);
-    char const end = *cursor++;
-    if (provide(1) == 1 && isLineEnd(*cursor) && *cursor != end) ++cursor;
-    lineNumber = static_cast<int>(static_cast<unsigned>(lineNumber) + 1U);
+    passLineEnd(provide(2) == 2);
 }
 
 void reader::skipLines(std::int64_t count) {

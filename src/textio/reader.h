@@ -47,7 +47,12 @@ public:
 
     /// Moves to the start of the next line and empties `buffer`. A last line without line end sets `eof` and is not
     /// counted.
-    void nextLine();
+    void nextLine() {
+        char const* const end = *cursor == '\n' ? cursor : tarnex::findLineEnd(cursor, blockEnd);
+        if (blockEnd - end < 2) return nextLineAtBlockEnd();
+        cursor = end;
+        passLineEnd(true);
+    }
 
     /// `count` calls of `nextLine`, or as many as it takes to set `eof`.
     void skipLines(std::int64_t count);
@@ -127,6 +132,14 @@ protected:
     char const* blockEnd;
 
 private:
+    /// Passes the line end at `cursor`. `isFollowed` tells whether the block has a character behind it.
+    void passLineEnd(bool isFollowed) {
+        bool const isPair = isFollowed && tarnex::isLineEnd(cursor[1]) && cursor[1] != cursor[0];
+        cursor += isPair ? 2 : 1;
+        lineNumber = static_cast<int>(static_cast<unsigned>(lineNumber) + 1U);
+        buffer[0] = '\0';
+    }
+    void nextLineAtBlockEnd();
     std::size_t fill(std::size_t wanted);
     void moveTo(long offset);
     void skipPastBlock(std::ptrdiff_t n);

@@ -36,6 +36,11 @@ constexpr std::uint64_t mark(std::uint64_t word, char c) {
     return (zeroWhereEqual - repeated(1)) & ~zeroWhereEqual & (repeated(1) << 7U);
 }
 
+/// True if a character is below `c`, which is at most 128; never only because of characters from 128 on.
+constexpr bool hasBelow(std::uint64_t word, char c) {
+    return ((word - repeated(c)) & ~word & (repeated(1) << 7U)) != 0;
+}
+
 constexpr bool isLineEnd(char c) {
     return c == '\n' || c == '\r';
 }
@@ -44,6 +49,7 @@ constexpr bool isLineEnd(char c) {
 inline char const* findLineEnd(char const* first, char const* last) {
     for (; first < last; first += wordLength) {
         std::uint64_t const word = loadWord(first);
+        if (!hasBelow(word, '\r' + 1)) continue;
         std::uint64_t const ends = mark(word, '\n') | mark(word, '\r');
         if (ends) return std::min(first + std::countr_zero(ends) / 8, last);
     }

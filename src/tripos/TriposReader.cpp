@@ -1,5 +1,6 @@
 #include "chemistry/ElementTable.h"
 #include "foundation/Progress.h"
+#include "foundation/ShortText.h"
 #include "foundation/report.h"
 #include "model/MolTrajectoryMem.h"
 #include "model/MtListGroups.h"
@@ -9,6 +10,8 @@
 #include "tripos/records.h"
 
 #include <algorithm>
+#include <string>
+#include <string_view>
 #include <utility>
 
 TriposIO::TriposIO(std::ostream* messageStream, McProgressInterface* progressInterface)
@@ -34,6 +37,14 @@ molchem::Element const* elementOf(std::string_view symbol) {
     auto const at = [symbol](std::size_t i) { return i < symbol.size() ? symbol[i] : '\0'; };
     char const start[] = {at(0), at(1), at(2), '\0'};
     return tarnex::elementTable().getElement(start, false);
+}
+
+/// Sets a value that has no NUL in it.
+void setText(MtStringAttribute* attribute, int group, std::string_view text) {
+    if (text.size() <= tarnex::ShortText::maxLength)
+        attribute->setValue(group, tarnex::ShortText(text.data(), text.size()));
+    else
+        attribute->setValue(group, std::string(text).c_str());
 }
 
 /// Turns the lines of the molecules, one after the other, into groups and attributes.
@@ -94,7 +105,7 @@ private:
 
 void MoleculeReader::readHeader() {
     scanner.nextLine();
-    topology->setData(new MolDataString("name", scanner.getLineString()));
+    topology->setData(new (topology->groupPool) MolDataString("name", scanner.getLineString()));
     scanner.nextLine();
     counts = tarnex::tripos::CountsLine::read(scanner);
     // The search for the atoms goes on from here, since an empty line may stand in the place of the types.
@@ -160,8 +171,8 @@ void MoleculeReader::addAtom(tarnex::tripos::AtomLine const& line) {
     int const atom = topology->addGroup(0, new (topology->groupPool) MtAtom).groupIx;
     coords[atom] = line.position;
     char id[tarnex::numberTextRoom];
-    atomNames->setValue(atom, {id, static_cast<std::size_t>(tarnex::putInt(id, line.id) - id)});
-    atomTypes->setValue(atom, line.name);
+    setText(atomNames, atom, {id, static_cast<std::size_t>(tarnex::putInt(id, line.id) - id)});
+    setText(atomTypes, atom, line.name);
     molchem::Element const* element = elementOf(line.element);
     atomicNumbers->setValue(atom, element->getAtomicNumber());
     radii->setValue(atom, element->getRadius());
@@ -179,7 +190,9 @@ void MoleculeReader::addToResidue(int atom, tarnex::tripos::AtomLine const& line
     } else {
         residue->last = atom;
     }
-    residueTexts->setValue(residueIx, line.substructureName);
+    if (line.substructureName != residueTexts->getValue(residueIx)) {
+        setText(residueTexts, residueIx, line.substructureName);
+    }
 }
 
 bool MoleculeReader::readBonds() {

@@ -5,6 +5,8 @@
 #include <climits>
 #include <gtest/gtest.h>
 #include <memory>
+#include <set>
+#include <string>
 #include <typeinfo>
 #include <utility>
 #include <vector>
@@ -79,6 +81,30 @@ TEST_F(TopologyTest, movesValuesWithTheirGroups) {
         EXPECT_EQ(number->getValue(i), i == 3 ? 1 : 0) << "a value ahead of its group was not kept";
         EXPECT_EQ(real->getValue(i), i == 3 ? 1.5F : 0.0F);
         EXPECT_STREQ(text->getValue(i), i == 3 ? "one" : "");
+    }
+}
+
+TEST_F(TopologyTest, keepsManyTextsOfAnyLengthAndMostRepeatedOnesOnce) {
+    constexpr int count = 20000;
+    for (int i = 0; i < count; ++i) topology.addGroup(residues, new MtDynamicGroup);
+    for (int const different : {10, count}) {
+        auto const textOf = [=](int i) {
+            return std::string(static_cast<std::size_t>(i % 11), 'x') + std::to_string(i);
+        };
+        auto* text = level->stringAttribute(std::to_string(different).c_str(), create, true);
+        for (int i = 0; i < count; ++i) {
+            std::string const value = textOf(i % different);
+            if (i % 3 == 0 && value.size() <= tarnex::ShortText::maxLength)
+                text->setValue(i, tarnex::ShortText(value.data(), value.size()));
+            else
+                text->setValue(i, value.c_str());
+        }
+        std::set<char const*> places;
+        for (int i = 0; i < count; ++i) {
+            ASSERT_EQ(text->getValue(i), textOf(i % different));
+            places.insert(text->getValue(i));
+        }
+        EXPECT_LT(static_cast<int>(places.size()), different + count / 4);
     }
 }
 

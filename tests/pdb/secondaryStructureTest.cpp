@@ -1,15 +1,14 @@
-#include "model/MtSmallGroups.h"
+#include "PDBreadSamples.h"
 #include "model/members.h"
-#include "pdb/PDBread.h"
-#include "support/files.h"
+#include "support/compareTopologies.h"
 
 #include <array>
 #include <climits>
-#include <cstdio>
-#include <sstream>
-#include <string>
+#include <random>
 
 namespace {
+
+using namespace tarnex::test;
 
 void readRecords(PDBread& pdb, std::string const& records, MolTopology& topology, molInfo& info) {
     lengthizer in(tarnex::test::writeFile("records.pdb", records).c_str());
@@ -218,6 +217,43 @@ TEST(PDBSecondaryStructure, CutRangeKeepsTheChainsOfItsEnds) {
     overlapping.topology.insertGroup(overlapping.info.chainsIx, new MtIntraLevelRange(overlapping.residuesIx, 24, 25),
                                      0);
     EXPECT_EQ(overlapping.read(turn(1, 5, 5) + turn(2, 6, 24) + helix(3, 5, 30)), dropped);
+}
+
+/// In a file, overlaps are found by an index of the structures that have been read.
+TEST(PDBSecondaryStructure, FileGivesWhatItsRecordsGiveOneByOne) {
+    constexpr int length = 300;
+    std::string atoms;
+    for (int i = 1; i <= length + 10; ++i) {
+        bool const isFirstChain = i <= length;
+        atoms += AtomText{.chain = isFirstChain ? "A" : "B", .number = isFirstChain ? i : i - length};
+    }
+    std::mt19937 random(5);
+    auto const upTo = [&](int largest) { return static_cast<int>(random() % static_cast<unsigned>(largest + 1)); };
+    for (int round = 0; round < 20; ++round) {
+        std::string records;
+        for (int i = 0; i < 200; ++i) {
+            bool const isGrid = round == 0 && i < length / 2; // which cuts the others in many places
+            int const first = isGrid ? 2 * i + 1 : upTo(length + 1);
+            int const last = isGrid ? first : upTo(5) == 0 ? upTo(length) : std::min(first + upTo(round) - 1, length);
+            char const lastChain = !isGrid && upTo(20) == 0 && last <= 10 ? 'B' : 'A';
+            int const kind = isGrid ? 0 : upTo(4);
+            records += kind == 4   ? turn(i, first, last, lastChain)
+                       : kind == 3 ? strand(i, i % 2 ? "A" : "B", first, last)
+                                   : helix(i, first, last, lastChain);
+        }
+        std::ostringstream messages;
+        Bundle whole;
+        PDBread(&messages, nullptr).readPDBMolTrajectoryBundle(writeFile("in.pdb", records + atoms).c_str(), whole);
+        auto const parts = readPDB(atoms);
+        MolTopology& topology = *parts->getTopology();
+        molInfo info(&topology);
+        std::ostringstream expected;
+        PDBread pdb(&expected, nullptr);
+        readRecords(pdb, records, topology, info);
+        info.strands->updateSegmentationFlag(&topology, info.strandsIx);
+        ASSERT_EQ(messages.str(), expected.str() + "Successfully imported.\n");
+        ASSERT_EQ(compareTopologies(topology, *whole[0]->getTopology()), "");
+    }
 }
 
 TEST(PDBSecondaryStructure, StrandsOfOneNameMakeOneSheet) {

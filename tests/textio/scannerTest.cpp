@@ -1,4 +1,5 @@
 #include "slowScanner.h"
+#include "textio/Card.h"
 #include "textio/LineTokens.h"
 #include "textio/lengthizer.h"
 #include "textio/tokenizer.h"
@@ -108,8 +109,28 @@ void step(tokenizer& fast, SlowScanner& slow, Random& random) {
               }));
 }
 
+/// Part of a line by columns, and a random field of it.
+void stepColumns(lengthizer& fast, SlowScanner& slow, Random& random) {
+    int const count = 16 + pick(random, 60);
+    std::string const expected = slow.columns(static_cast<std::size_t>(count));
+    std::string const text(fast.takeColumns(count), static_cast<std::size_t>(count));
+    EXPECT_EQ(text, expected);
+    slow.buffer = fast.buffer;                      // it may be overwritten
+    std::string const looseText = text + "1234567"; // characters behind the text have no effect
+    tarnex::CardFrom<3> const card(looseText.c_str());
+    int const width = 1 + pick(random, 15);
+    int const first = pick(random, count - width);
+    tarnex::Columns const columns{first + 3, first + 2 + width};
+    std::string field = text.substr(static_cast<std::size_t>(first), static_cast<std::size_t>(width));
+    field.erase(field.find_last_not_of(' ') + 1).erase(0, field.find_first_not_of(' '));
+    expectFloat(card.real(columns, 1 + pick(random, 6)), field);
+    if (width <= 8) expectInt(card.integer(columns), field);
+    if (width < 8) EXPECT_STREQ(card.field(columns).c_str(), field.c_str());
+}
+
 void step(lengthizer& fast, SlowScanner& slow, Random& random) {
-    int const operation = pick(random, 6);
+    int const operation = pick(random, 7);
+    if (operation == 6) return stepColumns(fast, slow, random);
     auto const width = static_cast<unsigned char>(pick(random, 8) == 0 ? pick(random, 256) : pick(random, 12));
     std::string const before = slow.buffer;
     bool const refused = isRefused([&] { operation < 5 ? slow.field(width) : slow.fieldLine(); });

@@ -118,6 +118,16 @@ struct SlowScanner {
         cutBlanks();
     }
 
+    /// The next columns, filled up with blanks.
+    std::string columns(std::size_t count) {
+        std::string text;
+        int c = 0;
+        while (text.size() < count && !endsLine(c = get()) && c != EOF) text.push_back(static_cast<char>(c));
+        if (text.size() < count) unget(c);
+        text.resize(count, ' ');
+        return text;
+    }
+
     void field(int width) {
         if (width == 0) {
             buffer = buffer.c_str();

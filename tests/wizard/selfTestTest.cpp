@@ -37,7 +37,7 @@ TEST(TarnexWizardSelfTest, GoesOverAllFormats) {
     EXPECT_EQ(told(printed([&] { TarnexWizard::writeTestMolecule(&molecule); }), "Not saving molecule to " + save),
               (std::vector<std::string>{"Molecules/GRO_SINGLE", "Molecules/GRO", "Molecules/MDL.sdf",
                                         "Molecules/PDB.pdb", "Molecules/TRIPOS.mol2", "Molecules/UNI.uni"}));
-    // The GROMACS writers of trajectories do not answer 0 for files that they cannot make.
+    // A failure of the GROMACS writers is -1, which is none to the wizard.
     EXPECT_EQ(
         told(printed([&] { TarnexWizard::writeTestMolTrajectory(&trajectory); }), "Not saving molecule to " + save),
         (std::vector<std::string>{"MolTrajectories/MDL.sdf", "MolTrajectories/PDB.pdb"}));

@@ -1,24 +1,18 @@
+#include "pdb/SecondaryStructureBuilder.h"
+
 #include "foundation/report.h"
-#include "model/MtListGroups.h"
-#include "pdb/PDBread.h"
-#include "pdb/secondaryStructureRecords.h"
+#include "model/members.h"
 #include "textio/numberText.h"
 
 #include <algorithm>
-#include <cstdint>
 #include <cstring>
 #include <memory>
 #include <typeinfo>
 #include <utility>
 
-namespace {
+namespace tarnex::pdb {
 
-using tarnex::report;
-using tarnex::pdb::HelixLine;
-using tarnex::pdb::ResidueReference;
-using tarnex::pdb::SheetLine;
-using tarnex::pdb::SiteLine;
-using tarnex::pdb::TurnLine;
+namespace {
 
 constexpr int levelKind = 12;
 constexpr char const* typeOfSheets = "sheet";
@@ -28,54 +22,18 @@ constexpr char const* typeOfSheets = "sheet";
 constexpr std::int64_t mostStrandsOfResidue = 8;
 constexpr std::int64_t membersAlwaysTaken = 1000000;
 
-/// Turns one record into groups.
-class RecordBuilder {
-public:
-    RecordBuilder(PDBread const& pdbReader, std::ostream* messageStream, MolTopology& recordTopology,
-                  molInfo& recordInfo)
-        : pdb(pdbReader), messages(messageStream), topology(recordTopology), info(recordInfo) {}
+/// A range that more than these cut is tried against all others that are left, which is faster then.
+constexpr int mostSearches = 100;
 
-    void addHelix(HelixLine const& line);
-    void addStrand(SheetLine const& line);
-    void addTurn(TurnLine const& line);
-    void addToSite(SiteLine const& line);
+} // namespace
 
-private:
-    int findResidue(ResidueReference const& reference) const;
-    template <class Line>
-    bool findEnds(Line const& line, int& first, int& last);
-    template <class Line>
-    bool findFreeRange(Line const& line, char const* kind, int& first, int& last);
-
-    MtGroupingLevel& makeLevel(char const* name);
-    void makeStructureLevels();
-    void makeSitesLevel();
-
-    bool canListMore(std::int64_t residues) const;
-    MtDynamicGroup& sheetOf(SheetLine const& line);
-    bool appendResidues(SiteLine const& line, MtDynamicGroup& site, int& found) const;
-
-    int addGroup(int levelIx, MtGroup* group, char const* name) {
-        int const groupIx = topology.addGroup(levelIx, group).groupIx;
-        setText(levelIx, groupIx, "name", name);
-        return groupIx;
-    }
-    void addStructure(MtGroup* group, char const* name, char const* type) {
-        int const groupIx = addGroup(info.secondaryStructureIx, group, name);
-        setText(info.secondaryStructureIx, groupIx, "type", type);
-    }
-    void setText(int levelIx, int group, char const* attribute, char const* text) {
-        topology.levels[levelIx]->stringAttribute(attribute, MtGroupingLevel::CREATE, true)->setValue(group, text);
-    }
-
-    PDBread const& pdb;
-    std::ostream* messages;
-    MolTopology& topology;
-    molInfo& info;
-};
+SecondaryStructureBuilder::SecondaryStructureBuilder(PDBread const& pdbReader, std::ostream* messageStream,
+                                                     MolTopology& topologyToFill, molInfo& topologyInfo)
+    : pdb(pdbReader), messages(messageStream), topology(topologyToFill), info(topologyInfo),
+      makesAllStructures(topologyInfo.secondaryStructureIx < 0) {}
 
 /// A reference never finds a residue of HETATM records, whose ids differ.
-int RecordBuilder::findResidue(ResidueReference const& reference) const {
+int SecondaryStructureBuilder::findResidue(ResidueReference const& reference) const {
     if (!info.hasResidues) return -1;
     char chain[8];
     char residueId[32];
@@ -86,7 +44,7 @@ int RecordBuilder::findResidue(ResidueReference const& reference) const {
 
 /// Finds the residues at both ends of a segment, and makes the levels for it if they exist.
 template <class Line>
-bool RecordBuilder::findEnds(Line const& line, int& first, int& last) {
+bool SecondaryStructureBuilder::findEnds(Line const& line, int& first, int& last) {
     first = findResidue(line.start);
     last = findResidue(line.end);
     if (first < 0 || last < 0) {
@@ -99,7 +57,7 @@ bool RecordBuilder::findEnds(Line const& line, int& first, int& last) {
 
 /// The residues of a helix or strand that no helix or turn has yet. False if the record has to be dropped.
 template <class Line>
-bool RecordBuilder::findFreeRange(Line const& line, char const* kind, int& first, int& last) {
+bool SecondaryStructureBuilder::findFreeRange(Line const& line, char const* kind, int& first, int& last) {
     if (!findEnds(line, first, last)) return false;
     if (first > last) {
         report(messages, line, " references residues in inverse order. The ", kind, " has been skipped.\n");
@@ -107,7 +65,9 @@ bool RecordBuilder::findFreeRange(Line const& line, char const* kind, int& first
     }
     int conflict = -1;
     bool adjustable = true;
-    if (pdb.checkSecStructUniqueness(info, first, last, conflict, adjustable)) return true;
+    bool const isFree = makesAllStructures ? cutToFree(first, last, conflict, adjustable)
+                                           : pdb.checkSecStructUniqueness(info, first, last, conflict, adjustable);
+    if (isFree) return true;
     char const* other = info.secondaryStructure->getGroupName(conflict);
     if (adjustable) {
         report(messages, line, " overlaps with the secStruct ", other, ". Length adjusted.\n");
@@ -117,8 +77,35 @@ bool RecordBuilder::findFreeRange(Line const& line, char const* kind, int& first
     return adjustable;
 }
 
+/// `PDBread::checkSecStructUniqueness` by the ranges that have been added here.
+bool SecondaryStructureBuilder::cutToFree(int& first, int& last, int& conflict, bool& adjustable) {
+    conflict = -1;
+    adjustable = true;
+    StructureRanges::Range const* other = segments.firstOverlap(first, last);
+    for (int searches = 1; other; ++searches) {
+        conflict = other->structure;
+        // What is left lies in what was there, so that ends of residues stay such.
+        Remainder const rest = cut(first, last, other->first, other->last);
+        auto const newFirst = static_cast<int>(rest.first);
+        auto const newLast = static_cast<int>(rest.last);
+        adjustable =
+            rest.first <= rest.last && chainOf(first) == chainOf(newFirst) && chainOf(last) == chainOf(newLast);
+        if (!adjustable) return false;
+        first = newFirst;
+        last = newLast;
+        other = searches < mostSearches ? segments.firstOverlap(first, last) : segments.nextOverlap(other, first, last);
+    }
+    return conflict < 0;
+}
+
+int SecondaryStructureBuilder::chainOf(int residue) {
+    if (!info.hasChains) return -1;
+    if (chainOfResidue.size == 0) chainOfResidue = ownersOfMembers(topology, info.chainsIx, info.residuesIx);
+    return chainOfResidue[residue];
+}
+
 /// A level of residues with names; a level that exists already, made by a host, is completed.
-MtGroupingLevel& RecordBuilder::makeLevel(char const* name) {
+MtGroupingLevel& SecondaryStructureBuilder::makeLevel(char const* name) {
     int levelIx = topology.getLevelIx(name);
     if (levelIx < 0) levelIx = topology.addLevel(name, info.residuesIx, levelKind, -1);
     MtGroupingLevel& level = *topology.levels[levelIx];
@@ -126,7 +113,7 @@ MtGroupingLevel& RecordBuilder::makeLevel(char const* name) {
     return level;
 }
 
-void RecordBuilder::makeStructureLevels() {
+void SecondaryStructureBuilder::makeStructureLevels() {
     if (info.hasStrands && info.hasSecondaryStructure) return;
     if (!info.hasStrands) {
         MtGroupingLevel& strands = makeLevel("strands");
@@ -142,20 +129,20 @@ void RecordBuilder::makeStructureLevels() {
     info = molInfo(&topology);
 }
 
-void RecordBuilder::makeSitesLevel() {
+void SecondaryStructureBuilder::makeSitesLevel() {
     if (info.hasSites) return;
     makeLevel("sites").stringAttribute("name", MtGroupingLevel::CREATE, true);
     info = molInfo(&topology);
 }
 
-void RecordBuilder::addHelix(HelixLine const& line) {
+void SecondaryStructureBuilder::addHelix(HelixLine const& line) {
     int first;
     int last;
     if (!findFreeRange(line, "helix", first, last)) return;
-    addStructure(new (topology.groupPool) MtIntraLevelRange(info.residuesIx, first, last), line.identifier, "helix");
+    addSegment(first, last, line.identifier, "helix");
 }
 
-void RecordBuilder::addStrand(SheetLine const& line) {
+void SecondaryStructureBuilder::addStrand(SheetLine const& line) {
     int first;
     int last;
     if (!findFreeRange(line, "strand", first, last)) return;
@@ -170,22 +157,28 @@ void RecordBuilder::addStrand(SheetLine const& line) {
     addGroup(info.strandsIx, new (topology.groupPool) MtIntraLevelRange(info.residuesIx, first, last), name);
     residues.reserve(residues.size + length);
     for (int i = first; i <= last; ++i) residues.append(MtGroupRef(info.residuesIx, i));
+    listedResidues += length;
 }
 
-bool RecordBuilder::canListMore(std::int64_t residues) const {
+bool SecondaryStructureBuilder::canListMore(std::int64_t residues) const {
     std::int64_t const numResidues = info.residues->groups.size;
     std::int64_t const limit = std::max(membersAlwaysTaken, mostStrandsOfResidue * numResidues);
-    // No strand is longer than the level of residues, which spares nearly all files the walk.
+    // No strand is longer than the level of residues, which spares nearly all files the count.
     if ((info.strands->groups.size + 1) * numResidues <= limit) return true;
-    std::int64_t listed = residues;
+    return residues + numListed() <= limit;
+}
+
+std::int64_t SecondaryStructureBuilder::numListed() const {
+    if (makesAllStructures) return listedResidues;
+    std::int64_t listed = 0;
     for (MtGroup const* group : info.secondaryStructure->groups) {
         if (group && typeid(*group) == typeid(MtDynamicGroup)) listed += group->size();
     }
-    return listed <= limit;
+    return listed;
 }
 
 /// The sheet that a strand belongs to; a new one unless the last structure of its name is a sheet.
-MtDynamicGroup& RecordBuilder::sheetOf(SheetLine const& line) {
+MtDynamicGroup& SecondaryStructureBuilder::sheetOf(SheetLine const& line) {
     MtGroupingLevel const& structures = *info.secondaryStructure;
     int const index = structures.findGroupBackward(line.identifier);
     if (index >= 0 && std::strcmp(info.secStructType->getValue(index), typeOfSheets) == 0) {
@@ -197,7 +190,7 @@ MtDynamicGroup& RecordBuilder::sheetOf(SheetLine const& line) {
 }
 
 /// A turn may lie on anything else. It has no name in the file that is of use, so that it gets its number.
-void RecordBuilder::addTurn(TurnLine const& line) {
+void SecondaryStructureBuilder::addTurn(TurnLine const& line) {
     int first;
     int last;
     if (!findEnds(line, first, last)) return;
@@ -205,10 +198,10 @@ void RecordBuilder::addTurn(TurnLine const& line) {
         report(messages, line, " references residues in inverse order. The references have been swapped.\n");
         std::swap(first, last);
     }
-    addStructure(new (topology.groupPool) MtIntraLevelRange(info.residuesIx, first, last), itoa2(line.number), "turn");
+    addSegment(first, last, itoa2(line.number), "turn");
 }
 
-void RecordBuilder::addToSite(SiteLine const& line) {
+void SecondaryStructureBuilder::addToSite(SiteLine const& line) {
     makeSitesLevel();
     int const index = info.sites->findGroupBackward(line.identifier);
     auto* site = index >= 0 ? dynamic_cast<MtDynamicGroup*>(info.sites->groups[index]) : nullptr;
@@ -230,7 +223,7 @@ void RecordBuilder::addToSite(SiteLine const& line) {
 }
 
 /// False if a residue does not exist. Slots without a positive number are empty.
-bool RecordBuilder::appendResidues(SiteLine const& line, MtDynamicGroup& site, int& found) const {
+bool SecondaryStructureBuilder::appendResidues(SiteLine const& line, MtDynamicGroup& site, int& found) const {
     bool allFound = true;
     for (ResidueReference const& reference : line.residues) {
         if (reference.number <= 0) continue;
@@ -245,20 +238,27 @@ bool RecordBuilder::appendResidues(SiteLine const& line, MtDynamicGroup& site, i
     return allFound;
 }
 
-} // namespace
-
-void PDBread::parseHelixRecord(lengthizer& in, MolTopology* topology, molInfo& info) {
-    RecordBuilder(*this, messages, *topology, info).addHelix(HelixLine::read(in));
+int SecondaryStructureBuilder::addGroup(int levelIx, MtGroup* group, char const* name) {
+    int const groupIx = topology.addGroup(levelIx, group).groupIx;
+    setText(levelIx, groupIx, "name", name);
+    return groupIx;
 }
 
-void PDBread::parseSheetRecord(lengthizer& in, MolTopology* topology, molInfo& info) {
-    RecordBuilder(*this, messages, *topology, info).addStrand(SheetLine::read(in));
+int SecondaryStructureBuilder::addStructure(MtGroup* group, char const* name, char const* type) {
+    int const groupIx = addGroup(info.secondaryStructureIx, group, name);
+    setText(info.secondaryStructureIx, groupIx, "type", type);
+    return groupIx;
 }
 
-void PDBread::parseTurnRecord(lengthizer& in, MolTopology* topology, molInfo& info) {
-    RecordBuilder(*this, messages, *topology, info).addTurn(TurnLine::read(in));
+/// A helix or turn.
+void SecondaryStructureBuilder::addSegment(int first, int last, char const* name, char const* type) {
+    auto* range = new (topology.groupPool) MtIntraLevelRange(info.residuesIx, first, last);
+    int const structure = addStructure(range, name, type);
+    if (makesAllStructures) segments.add({first, last, structure});
 }
 
-void PDBread::parseSiteRecord(lengthizer& in, MolTopology* topology, molInfo& info) {
-    RecordBuilder(*this, messages, *topology, info).addToSite(SiteLine::read(in));
+void SecondaryStructureBuilder::setText(int levelIx, int group, char const* attribute, char const* text) {
+    topology.levels[levelIx]->stringAttribute(attribute, MtGroupingLevel::CREATE, true)->setValue(group, text);
 }
+
+} // namespace tarnex::pdb

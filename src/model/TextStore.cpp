@@ -22,7 +22,11 @@ constexpr std::int64_t fewShared = textsOnTrial / 4;
 } // namespace
 
 TextStore::~TextStore() {
-    for (char* block : blocks) mcfree(block);
+    while (block) {
+        Block* const previous = block->previous;
+        mcfree(block);
+        block = previous;
+    }
 }
 
 char const* TextStore::store(char const* text) {
@@ -66,18 +70,21 @@ TextStore::Recent* TextStore::placeOf(std::uint64_t hash) {
 
 /// Takes `bytes` characters; `room`, at least as many, may be written.
 char* TextStore::allocate(std::size_t bytes, std::size_t room) {
-    if (blockUsed + room > blockSize) {
-        blocks.reserve(blocks.size + 1);
-        std::size_t const newSize = std::max(room, std::clamp(2 * blockSize, firstBlockSize, largestBlockSize));
-        auto* block = static_cast<char*>(mcmalloc(newSize));
-        if (!block) throw std::bad_alloc();
-        blocks.append(block);
-        blockSize = newSize;
-        blockUsed = 0;
-    }
-    char* place = blocks.data[blocks.size - 1] + blockUsed;
+    if (blockUsed + room > blockSize) startBlock(room);
+    char* const place = reinterpret_cast<char*>(block) + blockUsed;
     blockUsed += bytes;
     return place;
+}
+
+void TextStore::startBlock(std::size_t room) {
+    std::size_t const wanted = std::clamp(2 * blockSize, firstBlockSize, largestBlockSize);
+    std::size_t const newSize = std::max(sizeof(Block) + room, wanted);
+    auto* fresh = static_cast<Block*>(mcmalloc(newSize));
+    if (!fresh) throw std::bad_alloc();
+    fresh->previous = block;
+    block = fresh;
+    blockSize = newSize;
+    blockUsed = sizeof(Block);
 }
 
 } // namespace tarnex

@@ -26,10 +26,16 @@ private:
         char const* text;
     };
 
+    /// Its texts follow it in memory.
+    struct Block {
+        Block* previous;
+    };
+
     Recent* placeOf(std::uint64_t hash);
     char* allocate(std::size_t bytes, std::size_t room);
+    void startBlock(std::size_t room);
 
-    McDArray<char*> blocks;
+    Block* block = nullptr;
     std::size_t blockSize = 0;
     std::size_t blockUsed = 0;
     std::int64_t numTexts = 0;

@@ -18,25 +18,29 @@ constexpr bool isSeparator(char c) {
 
 /// Where the tokens of a short piece of text begin and end, a bit for each character. Going from token to token then
 /// needs no character of the text, so that the search for the next one does not wait for what was loaded for the last.
-/// It ends ahead of a token with a NUL.
+/// The piece ends with its first control character, such as a tab or a line end; one that is part of a token, such as a
+/// NUL, leaves that token out.
 class SeparatorWindow {
 public:
     static constexpr std::size_t width = 64;
 
     /// Looks at the `width` characters from `first` on, which is not in the middle of a token.
     explicit SeparatorWindow(char const* first) : text(first) {
-        std::uint64_t separators = 0;
-        std::uint64_t lineEnds = 0;
-        std::uint64_t nuls = 0;
-        for (std::size_t i = 0; i < width; i += step) lookAt(first + i, i, separators, lineEnds, nuls);
-        std::uint64_t const outside = separators | lineEnds;
-        std::uint64_t const stops = lineEnds | nuls;
-        std::uint64_t const line = stops ^ (stops - 1); // up to the first of them and with it, or all
-        begins = ~outside & (outside << 1U | 1U) & line;
-        ends = outside & ~(outside << 1U | 1U) & line;
+        std::uint64_t blanks = 0;
+        std::uint64_t controls = 0;
+        for (std::size_t i = 0; i < width; i += step) lookAt(first + i, i, blanks, controls);
+        controls &= ~blanks;
+        std::uint64_t const piece = controls ^ (controls - 1);
+        std::uint64_t outside = blanks;
+        if (controls) {
+            char const stop = first[std::countr_zero(controls)];
+            if (isSeparator(stop) || isLineEnd(stop)) outside |= controls;
+        }
+        begins = ~outside & (outside << 1U | 1U) & piece;
+        ends = outside & ~(outside << 1U | 1U) & piece;
     }
 
-    /// Takes the next token that ends in the window and in the line of its beginning; false if there is none.
+    /// Takes the next token that ends in the piece; false if there is none.
     bool take(char const*& begin, char const*& end) {
         if (!ends) return false;
         begin = text + std::countr_zero(begins);
@@ -47,28 +51,25 @@ public:
     }
 
 private:
+    // A character that is a blank is marked in both of the words.
 #if defined(__SSE2__)
     static constexpr std::size_t step = 16;
 
-    static void lookAt(char const* piece, std::size_t place, std::uint64_t& separators, std::uint64_t& lineEnds,
-                       std::uint64_t& nuls) {
-        __m128i const characters = _mm_loadu_si128(reinterpret_cast<__m128i const*>(piece));
-        auto const where = [characters](char c) { return _mm_cmpeq_epi8(characters, _mm_set1_epi8(c)); };
+    static void lookAt(char const* characters, std::size_t place, std::uint64_t& blanks, std::uint64_t& controls) {
+        __m128i const row = _mm_loadu_si128(reinterpret_cast<__m128i const*>(characters));
+        __m128i const blank = _mm_set1_epi8(' ');
         auto const bits = [place](__m128i found) {
             return std::uint64_t{static_cast<unsigned>(_mm_movemask_epi8(found))} << place;
         };
-        separators |= bits(_mm_or_si128(where(' '), where('\t')));
-        lineEnds |= bits(_mm_or_si128(where('\n'), where('\r')));
-        nuls |= bits(where('\0'));
+        blanks |= bits(_mm_cmpeq_epi8(row, blank));
+        controls |= bits(_mm_cmpeq_epi8(_mm_min_epu8(row, blank), row));
     }
 #else
     static constexpr std::size_t step = 1;
 
-    static void lookAt(char const* piece, std::size_t place, std::uint64_t& separators, std::uint64_t& lineEnds,
-                       std::uint64_t& nuls) {
-        separators |= std::uint64_t{isSeparator(*piece)} << place;
-        lineEnds |= std::uint64_t{isLineEnd(*piece)} << place;
-        nuls |= std::uint64_t{*piece == '\0'} << place;
+    static void lookAt(char const* character, std::size_t place, std::uint64_t& blanks, std::uint64_t& controls) {
+        blanks |= std::uint64_t{*character == ' '} << place;
+        controls |= std::uint64_t{static_cast<unsigned char>(*character) <= ' '} << place;
     }
 #endif
 

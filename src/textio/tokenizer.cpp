@@ -61,6 +61,7 @@ int tokenizer::takeTokens(Token* tokens, int count) {
         while (taken < count && window.take(tokens[taken].begin, tokens[taken].end)) ++taken;
         if (taken == takenAhead) break;
         place = tokens[taken - 1].end;
+        if (isSeparator(*place)) ++place;
     }
     // Behind the block are line ends, which may be none of the file.
     while (taken > 0 && tokens[taken - 1].end >= blockEnd) --taken;

@@ -112,7 +112,11 @@ void AtomLine::write(writer& out, AtomColumns columns) const {
 
 void BondLine::readType(LineTokens& tokens) {
     std::string_view const token = tokens.next();
-    int const number = token == "ar" ? aromatic : LineTokens::toInt(token);
+    if (token.size() == 2 && token[0] == 'a') {
+        type = token[1] == 'r' ? aromatic : 1;
+        return;
+    }
+    int const number = LineTokens::toInt(token);
     type = number >= 1 && number <= aromatic ? number : 1;
 }
 

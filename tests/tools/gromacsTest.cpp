@@ -119,7 +119,8 @@ TEST_F(Gromacs, TheOtherPrecisionIsSeenByTheLengthOfTheFile) {
     Program asSingle({"info", "--single", "d.trr", "a.gro"});
     EXPECT_EQ(asSingle.status(), 0);
     EXPECT_THAT(asSingle.err(), HasSubstr("leave out --single or --from trr\n"));
-    EXPECT_THAT(fails({"convert", "s.trr", "a.gro", "out.pdb"}), HasSubstr("step 1 of \"s.trr\" cannot be read"));
+    EXPECT_THAT(fails({"convert", "s.trr", "a.gro", "out.pdb"}),
+                HasSubstr("step 0 of \"s.trr\" has a coordinate that is not a finite number"));
     runSilently({"info", "d.trr", "a.gro"});
     runSilently({"info", "--single", "s.trr", "a.gro"});
 }

@@ -91,4 +91,15 @@ TEST_F(UniChem, HoldsOneMolecule) {
     EXPECT_EQ(Program({"info", "cut.uni"}).err(), "tarnex: cut.uni: Keyword END expected in line 9\n");
 }
 
+TEST_F(Mol2, NumbersThatNoTextHoldsAreRefused) {
+    writeFile("nan.mol2", "@<TRIPOS>MOLECULE\nn\n1 0 0\nSMALL\nNO_CHARGES\n\n@<TRIPOS>ATOM\n1 C nan 0 0 C\n");
+    for (char const* name : {"x.mol2", "x.uni", "x.pdb", "x.sdf", "x.xyz", "x.vde"}) {
+        Program program({"convert", "nan.mol2", name});
+        EXPECT_EQ(program.status(), 1) << name;
+        EXPECT_THAT(program.err(), testing::HasSubstr("has a coordinate that is not a finite number")) << name;
+        EXPECT_FALSE(std::filesystem::exists(scratchPath(name)));
+    }
+    runSilently({"convert", "nan.mol2", "x.qlt"});
+}
+
 } // namespace

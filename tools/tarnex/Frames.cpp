@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 
 namespace tarnex::tool {
 
@@ -17,6 +18,12 @@ std::optional<int> parseCount(std::string_view text, std::string const& whole) {
         throw WrongUse{"--frames " + whole + ": not of the form first:last:step"};
     }
     return value;
+}
+
+bool hasFiniteCoordinates(Molecule const& molecule) {
+    return std::all_of(molecule.coords.begin(), molecule.coords.end(), [](McVec3f const& place) {
+        return std::isfinite(place.x) && std::isfinite(place.y) && std::isfinite(place.z);
+    });
 }
 
 /// Some steps of a trajectory, which is kept alive.
@@ -34,16 +41,19 @@ public:
                                           static_cast<float>(transfer.totalSteps));
         if (transfer.console.wasInterrupted(1) || step < 0 || step >= count) return false;
         int const sourceStep = first + step * stride;
-        std::string reason;
+        std::string fault = "cannot be read";
         try {
-            if (source->getTimeStep(sourceStep, molecule)) return true;
+            if (source->getTimeStep(sourceStep, molecule)) {
+                if (!transfer.finiteOnly || hasFiniteCoordinates(*molecule)) return true;
+                fault = "has a coordinate that is not a finite number";
+            }
         } catch (...) {
-            reason = ": " + reasonOfCurrentException();
+            fault += ": " + reasonOfCurrentException();
         }
         // Writers that pass over a step go on; the first failure tells most.
         if (!transfer.failure) {
             transfer.failure.emplace(file, "step " + std::to_string(sourceStep) + " of \"" +
-                                               source->getTopology()->getName() + "\" cannot be read" + reason);
+                                               source->getTopology()->getName() + "\" " + fault);
         }
         return false;
     }

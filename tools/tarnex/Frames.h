@@ -22,12 +22,15 @@ struct FrameRange {
 
 /// The way of the steps from the input to a writer: counts them for the progress bar and keeps what went wrong.
 struct Transfer {
-    explicit Transfer(Console& theConsole) : console(theConsole) {}
+    /// With `onlyFinite` a step with a coordinate that is no finite number counts as unreadable: a text has no word for
+    /// it.
+    Transfer(Console& theConsole, bool onlyFinite) : console(theConsole), finiteOnly(onlyFinite) {}
 
     /// Throws what ended the transfer, if anything did.
     void throwIfFailed() const;
 
     Console& console;
+    bool finiteOnly;
     long long totalSteps = 0;
     long long stepsDone = 0;
     std::optional<Failure> failure;

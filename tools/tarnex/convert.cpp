@@ -66,7 +66,7 @@ ExitStatus runConvert(ConvertOptions const& options, Console& console) {
     std::vector<Input> const inputs = groupInputs(options.inputs, options.from, options.single);
     OutputFile output(options.output, format.writtenBeside);
     protectInputs(options.inputs, output);
-    Transfer transfer(console);
+    Transfer transfer(console, !format.capacity.everything);
     Bundle const bundle = readSelected(inputs, options, transfer);
     std::string const losses = lossesOf(bundle, format);
     if (!losses.empty()) console.note(std::string(format.name) + " does not keep " + losses);

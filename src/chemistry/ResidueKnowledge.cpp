@@ -1,7 +1,5 @@
 #include "chemistry/ResidueKnowledge.h"
 
-#include "model/members.h"
-
 #include <algorithm>
 
 namespace tarnex {
@@ -46,20 +44,23 @@ void ResidueKnowledge::findTemplateBonds(MolTopology& topology, BondableAtoms& a
     auto const* atomTypes = topology.levels[0]->stringAttribute("type", MtGroupingLevel::FIND, true);
     if (!residueTypes || !atomTypes) return;
 
-    residueOfAtom = ownersOfMembers(topology, residuesIx, 0);
-    names.resize(residueOfAtom.size);
+    residueOfAtom = FirstOwners(topology, 0);
+    names.resize(residueOfAtom.get().size);
     templates.resize(residues.groups.size);
     bonds.reserve(names.size); // most atoms end one new bond
     for (int r = 0; r < templates.size; ++r) {
         ResidueTemplate const* residue = ResidueTemplates::instance().find(residueTypes->getValue(r));
         templates[r] = residue;
-        if (!residue) continue;
+        MtGroup const* group = residues.groups[r];
+        if (!residue) {
+            residueOfAtom.take(topology, group, r, [](int) {});
+            continue;
+        }
         atomOfName.resize(static_cast<std::int64_t>(residue->atoms.size()));
-        hasAlternates = residues.groups[r] && residues.groups[r]->size() <= mostLocations * atomOfName.size;
+        hasAlternates = group && group->size() <= mostLocations * atomOfName.size;
         std::fill(atomOfName.begin(), atomOfName.end(), noAtom);
-        forEachMember(topology, residues.groups[r], [&](MtGroupRef member) {
-            int const atom = member.groupIx;
-            if (member.levelIx != 0 || residueOfAtom[atom] != r || atoms.elements[atom] == 0) return;
+        residueOfAtom.take(topology, group, r, [&](int atom) {
+            if (atoms.elements[atom] == 0) return;
             identify(atom, residue->atomIndex(atomTypes->getValue(atom)), *residue, atoms);
         });
         appendBonds(*residue, atoms, bonds);

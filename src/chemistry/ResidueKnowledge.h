@@ -3,6 +3,7 @@
 #include "chemistry/PerceivedBonds.h"
 #include "chemistry/ResidueTemplates.h"
 #include "foundation/McDArray.h"
+#include "model/FirstOwners.h"
 #include "model/MolTopology.h"
 
 #include <cstdint>
@@ -33,7 +34,7 @@ private:
     void appendBonds(ResidueTemplate const& residue, BondableAtoms const& atoms, McDArray<PerceivedBond>& bonds) const;
     bool isWater(int atom) const { return templates[residueOfAtom[atom]]->kind == ResidueKind::water; }
 
-    McDArray<int> residueOfAtom;
+    FirstOwners residueOfAtom;
     McDArray<ResidueTemplate const*> templates; // of each residue, null for an unknown one
     McDArray<NameInResidue> names;              // of each atom
 

@@ -5,7 +5,6 @@
 #include "mdl/records.h"
 #include "model/members.h"
 
-#include <cstring>
 #include <utility>
 
 MDLIO::MDLIO(std::ostream* messageStream, McProgressInterface* progressInterface)

@@ -6,7 +6,6 @@
 #include <cstring>
 
 using tarnex::findLineEnd;
-using tarnex::isLineEnd;
 
 namespace {
 

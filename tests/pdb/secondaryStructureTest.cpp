@@ -312,8 +312,6 @@ TEST(PDBSecondaryStructure, PoorLinesAndTopologiesAreNoHarm) {
     PDBread pdb(&stream, nullptr);
     readRecords(pdb, records, noResidues, info);
     EXPECT_EQ(stream.str(), messages);
-    PDBread silent(nullptr, nullptr);
-    readRecords(silent, records, noResidues, info);
     EXPECT_EQ(noResidues.levels.size, 3);
 }
 
@@ -372,8 +370,6 @@ TEST(PDBSecondaryStructure, OverlapWithOddRangesChangesNothingItCannotKeep) {
     }
     int first = 5;
     int last = 9;
-    EXPECT_FALSE(pdb.checkSecStructOverlap(protein.info, nullptr, first, last, adjustable));
-    EXPECT_TRUE(adjustable);
     // A range without residues divides what it lies in.
     MtIntraLevelRange const empty(protein.residuesIx, 6, 5);
     EXPECT_TRUE(pdb.checkSecStructOverlap(protein.info, &empty, first, last, adjustable));
@@ -405,11 +401,8 @@ TEST(PDBSecondaryStructure, OwnerIsTheFirstGroupThatHoldsAMember) {
     changed->last = 3;
 
     int const expected[] = {3, 3, 2, 3, 4, 4, 0, 0, 0, -1, -1, -1};
-    // Who needs the owners of all atoms takes them from the table.
-    McDArray<int> const owners = tarnex::ownersOfMembers(topology, residuesIx, 0);
     for (int atom = 0; atom < 12; ++atom) {
         EXPECT_EQ(PDBread::getResIxOfAtom(info, atom), expected[atom]) << atom;
-        EXPECT_EQ(owners[atom], expected[atom]) << atom;
     }
 
     auto* chain = new MtDynamicGroup;

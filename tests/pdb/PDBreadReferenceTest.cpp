@@ -50,7 +50,8 @@ private:
         std::string text = oneOf({"ATOM  ", "ATOM  ", "HETATM", " ATOM "}) + number(5, 60) + " ";
         text += oneOf({" CA ", " N  ", "1HB2", "CA  ", "FE  ", "HG  ", " H 1", "    ", "CS  ", "9A  ", "Xx C", "A   "});
         text += oneOf({" ", " ", " ", "A", "B", "1", "a"}) + oneOf({"ALA", "HOH", "  U", "G  ", "   "}) + " ";
-        text += oneOf({"A", "A", "B", "1", "3", " "}) + number(4, 32) + oneOf({" ", " ", " ", "A", "1"}) + "   ";
+        text += oneOf({"A", "A", "B", "1", "3", " "}) + (rarely() ? "1234" : number(4, 32)) +
+                oneOf({" ", " ", " ", "A", "1"}) + "   ";
         text += real(8, 3) + real(8, 3) + real(8, 3) + real(6, 2) + real(6, 2) + "      SEGM";
         text += oneOf({" C", "FE", " A", "  ", "Cl", "XX", "QC", " 1", "h "}) +
                 oneOf({"  ", "2+", "1-", "+1", "0-", " -", "2 "});

@@ -48,7 +48,8 @@ private:
         if (upTo(8) == 0)
             return oneOf({"TER", "TER   ", "END", "REMARK 1", "ANISOU    1", "", "ENDMDL", "ATOMS", "   TER"});
         std::string text = oneOf({"ATOM  ", "ATOM  ", "HETATM", " ATOM "}) + number(5, 60) + " ";
-        text += oneOf({" CA ", " N  ", "1HB2", "CA  ", "FE  ", "HG  ", " H 1", "    ", "CS  ", "9A  ", "Xx C", "A   "});
+        text += oneOf({" CA ", " N  ", "1HB2", "CA  ", "FE  ", "HG  ", " H 1", "    ", "CS  ", "9A  ", "Xx C", "A   ",
+                       std::string("\0CB ", 4)});
         text += oneOf({" ", " ", " ", "A", "B", "1", "a"}) + oneOf({"ALA", "HOH", "  U", "G  ", "   "}) + " ";
         text += oneOf({"A", "A", "B", "1", "3", " "}) + (rarely() ? "1234" : number(4, 32)) +
                 oneOf({" ", " ", " ", "A", "1"}) + "   ";

@@ -23,7 +23,9 @@ TEST(PDBreadAtoms, FieldsGoToTheirAttributes) {
                                              .number = 301,
                                              .element = "FE",
                                              .charge = "1-",
-                                             .x = 10});
+                                             .x = 10,
+                                             .occupancy = 1,
+                                             .temperature = -5.5});
     ASSERT_TRUE(trajectory);
     MtGroupingLevel* atoms = trajectory->getTopology()->getLevel(0);
     EXPECT_EQ(textOf(atoms, "name", 0), "A123");
@@ -37,6 +39,8 @@ TEST(PDBreadAtoms, FieldsGoToTheirAttributes) {
     EXPECT_EQ(textOf(atoms, "type", 1), "H1");
     EXPECT_EQ(integerOf(atoms, "atomic_number", 1), 26);
     EXPECT_EQ(realOf(atoms, "charge", 1), -1.0F);
+    EXPECT_EQ(realOf(atoms, "temperature", 1), -5.5F);
+    EXPECT_EQ(realOf(atoms, "occupancy", 1), 1.0F);
 
     MtGroupingLevel* residues = levelOf(trajectory, "residues");
     EXPECT_EQ(ranges(trajectory, "residues"), "A-7C 0-0; HET301 1-1; ");
@@ -46,6 +50,19 @@ TEST(PDBreadAtoms, FieldsGoToTheirAttributes) {
     EXPECT_EQ(ranges(trajectory, "chains"), "A 0-0; ");
     EXPECT_EQ(coordinates(trajectory, 0)[0], McVec3f(-999.125F, -1.5F, 0.25F));
     EXPECT_STREQ(trajectory->getTopology()->getName(), "");
+}
+
+TEST(PDBreadAtoms, LevelsAndTheirFlags) {
+    auto const trajectory = readPDB(AtomText{});
+    std::string text;
+    for (MtGroupingLevel const* level : trajectory->getTopology()->levels) {
+        text +=
+            level->getName() + ("/" + std::to_string(level->getLowerLevelIx())) + '/' + std::to_string(level->flags);
+        for (MtGroupAttribute const* attribute : level->attributes) text += std::string(" ") + attribute->getName();
+        text += "; ";
+    }
+    EXPECT_EQ(text, "/-1/3 name type atomic_number radius charge temperature occupancy; /0/2 type; "
+                    "residues/0/19 name type pdb_index; chains/2/19 name; ");
 }
 
 TEST(PDBreadAtoms, Chains) {

@@ -25,7 +25,8 @@ TEST(PDBreadAtoms, FieldsGoToTheirAttributes) {
                                              .charge = "1-",
                                              .x = 10,
                                              .occupancy = 1,
-                                             .temperature = -5.5});
+                                             .temperature = -5.5} +
+                                    AtomText{});
     ASSERT_TRUE(trajectory);
     MtGroupingLevel* atoms = trajectory->getTopology()->getLevel(0);
     EXPECT_EQ(textOf(atoms, "name", 0), "A123");
@@ -41,13 +42,15 @@ TEST(PDBreadAtoms, FieldsGoToTheirAttributes) {
     EXPECT_EQ(realOf(atoms, "charge", 1), -1.0F);
     EXPECT_EQ(realOf(atoms, "temperature", 1), -5.5F);
     EXPECT_EQ(realOf(atoms, "occupancy", 1), 1.0F);
+    EXPECT_EQ(realOf(atoms, "temperature", 2), 12.25F);
+    EXPECT_EQ(realOf(atoms, "occupancy", 2), 0.5F);
 
     MtGroupingLevel* residues = levelOf(trajectory, "residues");
-    EXPECT_EQ(ranges(trajectory, "residues"), "A-7C 0-0; HET301 1-1; ");
+    EXPECT_EQ(ranges(trajectory, "residues"), "A-7C 0-0; HET301 1-1; A1 2-2; ");
     EXPECT_EQ(textOf(residues, "type", 0), "VAL");
     EXPECT_EQ(textOf(residues, "type", 1), "U");
     EXPECT_EQ(integerOf(residues, "pdb_index", 0), -7);
-    EXPECT_EQ(ranges(trajectory, "chains"), "A 0-0; ");
+    EXPECT_EQ(ranges(trajectory, "chains"), "A 0-0; A 2-2; ");
     EXPECT_EQ(coordinates(trajectory, 0)[0], McVec3f(-999.125F, -1.5F, 0.25F));
     EXPECT_STREQ(trajectory->getTopology()->getName(), "");
 }

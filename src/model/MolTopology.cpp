@@ -92,7 +92,7 @@ bool MolTopology::hasMembers(MtGroup const& group, int size) const {
         auto const& bond = static_cast<MtBond const&>(group);
         return hasAtom(bond.atoms[0]) && hasAtom(bond.atoms[1]);
     }
-    if (dynamic_cast<MtIntraLevelRange const*>(&group) || dynamic_cast<MtDynamicGroup const*>(&group)) return true;
+    if (tarnex::asRange(&group) || dynamic_cast<MtDynamicGroup const*>(&group)) return true;
     for (int i = 0; i < size; ++i) {
         if (!tarnex::exists(*this, group[i])) return false;
     }

@@ -25,30 +25,26 @@ void StructureRanges::add(Range const& range) {
     if (range.last >= nodes.size / 2)
         grow(range.last + 1);
     else
-        mark(static_cast<int>(ranges.size - 1));
+        enter(static_cast<int>(ranges.size - 1));
 }
 
 void StructureRanges::grow(int numResidues) {
     nodes.resize(2 * static_cast<std::int64_t>(std::bit_ceil(static_cast<unsigned>(numResidues))));
     std::fill(nodes.begin(), nodes.end(), Node{noRange, noRange});
-    for (int i = 0; i < ranges.size; ++i) mark(i);
+    for (int i = 0; i < ranges.size; ++i) enter(i);
 }
 
-/// Nodes that an earlier range has marked already stay as they are.
-void StructureRanges::mark(int range) {
+/// Nodes that have an earlier range already stay as they are.
+void StructureRanges::enter(int range) {
     std::int64_t const numLeaves = nodes.size / 2;
     std::int64_t const first = ranges[range].first + numLeaves;
-    std::int64_t const last = ranges[range].last + numLeaves;
-    auto const markNode = [&](std::int64_t node) {
-        nodes[node].marked = std::min(nodes[node].marked, range);
-        nodes[node].below = std::min(nodes[node].below, range);
-    };
-    for (std::int64_t begin = first, end = last + 1; begin < end; begin /= 2, end /= 2) {
-        if (begin % 2 == 1) markNode(begin++);
-        if (end % 2 == 1) markNode(--end);
+    auto const cover = [&](std::int64_t node) { nodes[node].covering = std::min(nodes[node].covering, range); };
+    for (std::int64_t begin = first, end = ranges[range].last + numLeaves + 1; begin < end; begin /= 2, end /= 2) {
+        if (begin % 2 == 1) cover(begin++);
+        if (end % 2 == 1) cover(--end);
     }
-    for (std::int64_t const leaf : {first, last}) {
-        for (std::int64_t node = leaf; node > 0; node /= 2) nodes[node].below = std::min(nodes[node].below, range);
+    for (std::int64_t node = first; node > 0; node /= 2) {
+        nodes[node].beginning = std::min(nodes[node].beginning, range);
     }
 }
 
@@ -56,14 +52,12 @@ StructureRanges::Range const* StructureRanges::firstOverlap(int first, int last)
     std::int64_t const numLeaves = nodes.size / 2;
     if (first >= numLeaves) return nullptr;
     std::int64_t const firstLeaf = first + numLeaves;
-    std::int64_t const lastLeaf = std::min<std::int64_t>(last, numLeaves - 1) + numLeaves;
     int found = noRange;
-    for (std::int64_t begin = firstLeaf, end = lastLeaf + 1; begin < end; begin /= 2, end /= 2) {
-        if (begin % 2 == 1) found = std::min(found, nodes[begin++].below);
-        if (end % 2 == 1) found = std::min(found, nodes[--end].below);
-    }
-    for (std::int64_t const leaf : {firstLeaf, lastLeaf}) {
-        for (std::int64_t node = leaf; node > 0; node /= 2) found = std::min(found, nodes[node].marked);
+    for (std::int64_t node = firstLeaf; node > 0; node /= 2) found = std::min(found, nodes[node].covering);
+    std::int64_t end = std::min(std::int64_t{last} + 1, numLeaves) + numLeaves;
+    for (std::int64_t begin = firstLeaf; begin < end; begin /= 2, end /= 2) {
+        if (begin % 2 == 1) found = std::min(found, nodes[begin++].beginning);
+        if (end % 2 == 1) found = std::min(found, nodes[--end].beginning);
     }
     return found == noRange ? nullptr : ranges.begin() + found;
 }

@@ -17,8 +17,8 @@ struct Remainder {
 /// else the one behind.
 Remainder cut(std::int64_t s, std::int64_t e, std::int64_t a, std::int64_t b);
 
-/// The ranges of residues that structures cover. Finds the first one that overlaps with others in time that grows with
-/// the logarithm of the residues: a binary tree over them, in which each range marks the few nodes that make it up.
+/// The ranges of residues that structures cover, with a binary tree over the residues that finds overlaps. A range
+/// overlaps with another one if it covers the first residue of that or begins within it.
 class StructureRanges {
 public:
     struct Range {
@@ -36,12 +36,12 @@ public:
 
 private:
     struct Node {
-        int marked; ///< the first range that marks it
-        int below;  ///< the first range that marks it or a node below it
+        int covering;  ///< the first range that this node is one of the few parts of
+        int beginning; ///< the first range that begins below this node
     };
 
     void grow(int numResidues);
-    void mark(int range);
+    void enter(int range);
 
     McDArray<Range> ranges;
     /// The root is node 1, the children of node n are 2n and 2n + 1, and the second half are the residues.

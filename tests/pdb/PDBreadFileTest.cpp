@@ -39,22 +39,6 @@ TEST(PDBreadFile, HeaderText) {
     EXPECT_EQ(datum(trajectory, "PDB_COMPND"), "none");
 }
 
-TEST(PDBreadFile, ConectRecords) {
-    auto const bondsOf = [](std::string const& records) { return bonds(readPDB(twelveAtoms() + records)); };
-    EXPECT_EQ(bondsOf("CONECT    1    2    2\n"), "0-1; ");
-    EXPECT_EQ(bondsOf("CONECT    1    0   -1    x    2\n"), "0-1; "); // the fourth partner
-    EXPECT_EQ(bondsOf("CONECT    3    1\nCONECT    1    3    2\n"), "2-0; 0-1; ");
-    EXPECT_EQ(bondsOf("CONECT    1    2    3    4    5    6    7\n"), "0-1; 0-2; 0-3; 0-4; "); // hydrogen bonds
-    EXPECT_EQ(bondsOf("CONECT   13    1\nCONECT    1   13    2\nCONECT\n"), "0-1; ");
-    EXPECT_EQ(bondsOf("CONECT    4    4\n"), "3-3; ");
-    EXPECT_EQ(bondsOf("CONECT    5    6\nENDMDL\nCONECT    7    8"), "4-5; 6-7; ");
-
-    // Of atoms with the same serial number the last one counts.
-    auto const wrapped = readPDB(AtomText{.serial = 5, .x = 0} + AtomText{.serial = 0, .x = 50} +
-                                 AtomText{.serial = 5, .x = 100} + "CONECT    0    5\n");
-    EXPECT_EQ(bonds(wrapped), "1-2; ");
-}
-
 TEST(PDBreadFile, PerceivedBondsFollowThoseOfTheFile) {
     auto const trajectory = readPDB(AtomText{.serial = 1, .type = "LIG", .x = 0} + AtomText{.serial = 2, .x = 1.5} +
                                     AtomText{.serial = 3, .x = 3} + "CONECT    3    1\nCONECT    3    2\n");

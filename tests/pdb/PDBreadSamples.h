@@ -26,12 +26,14 @@ struct AtomText {
     char const* element = " C";
     char const* charge = "  ";
     double x = 10.0 * serial;
+    double occupancy = 0.5;
+    double temperature = 12.25;
 
     operator std::string() const {
         char line[100];
         std::snprintf(line, sizeof line, "%-6s%5d %-4s%s%3s %s%4d%s   %8.3f%8.3f%8.3f%6.2f%6.2f      SEG %s%s\n",
-                      record, serial, name, location, type, chain, number, insertion, x, -1.5, 0.25, 0.5, 12.25,
-                      element, charge);
+                      record, serial, name, location, type, chain, number, insertion, x, -1.5, 0.25, occupancy,
+                      temperature, element, charge);
         return line;
     }
 };

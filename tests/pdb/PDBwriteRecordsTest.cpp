@@ -1,9 +1,6 @@
 #include "PDBwriteSamples.h"
 
-#include <cmath>
-#include <cstdio>
 #include <limits>
-#include <random>
 #include <sstream>
 
 namespace {
@@ -133,14 +130,6 @@ TEST(PDBwriteRecords, StructureLimitsAndMissingEnds) {
                      "TURN     1   T UNK     0  UNK 0"}));
 }
 
-TEST(PDBwriteRecords, SheetWithoutTypesOfResidues) {
-    PdbSample p;
-    p.addAtom("C", 6);
-    p.topology->addGroup(p.residuesIx(), new MtIntraLevelRange(0, 0, 0));
-    p.addElement("sheet", "S", {0});
-    EXPECT_EQ(Tables(p).secondaryStructure(), "SHEET    1   S 0         1         1" + std::string(43, ' ') + "\n");
-}
-
 TEST(PDBwriteRecords, SitesPassOverOtherMembers) {
     PdbSample p;
     p.addResidue("ALA", 12345);
@@ -255,6 +244,8 @@ TEST(PDBwriteRecords, TerBehindChains) {
     p.addChain("HET", 2, 3); // is no chain, so that each of its atoms ends one
     p.addChain("BCDE", 4, 4);
     p.addChain("B", 5, 5);
+    p.molecule->coords[5] = McVec3f(1234567.0F, -99999.5F, 0.0005F);
+    p.real("temperature", 5, 12345.0F);
     Tables tables(p);
     tables.het.set(5);
     tables.numAtom = 99998;
@@ -268,72 +259,8 @@ TEST(PDBwriteRecords, TerBehindChains) {
                      "TER   100005      ALA     2                                                      |",
                      "ATOM  100006  C   ALA BCD   1       4.500  -4.000 100.000  0.00  0.00           C  |",
                      "TER   100007      ALA BCD   1                                                      |",
-                     "HETATM100008  C   ALA B   1       5.500  -5.000 100.000  0.00  0.00           C  |"}));
+                     "HETATM100008  C   ALA B   1    1234567.000-99999.500   0.001  0.0012345.00           C  |"}));
     EXPECT_EQ(tables.serials[5], 100008);
-}
-
-/// The line of a carbon atom in a HETATM residue, as printf formats it.
-std::string printedLine(Tables const& tables, int atom, McVec3f p, char const* residue, char const* chain,
-                        bool chargeColumn) {
-    molInfo const& info = tables.info;
-    auto const value = [&](MtFloatAttribute const* attribute) {
-        return static_cast<double>(attribute->getValue(atom));
-    };
-    char line[2000];
-    int const length = std::snprintf(line, sizeof line, "%6s%5d %-4s%1s%-3s %1s%4d%1s   %8.3f%8.3f%8.3f%6.2f%6.2f",
-                                     "HETATM", tables.serials[atom], " CB ", "", residue, chain, tables.numbers[atom],
-                                     "", static_cast<double>(p.x), static_cast<double>(p.y), static_cast<double>(p.z),
-                                     value(info.occupancy), value(info.temperature));
-    char* const end = line + length;
-    std::size_t const left = sizeof line - static_cast<std::size_t>(length);
-    if (chargeColumn)
-        std::snprintf(end, left, "    %6.3f    \n", value(info.charge));
-    else
-        std::snprintf(end, left, "          %2s%2s\n", "C", "0+");
-    return line;
-}
-
-TEST(PDBwriteRecords, AtomLinesAreThoseOfPrintf) {
-    std::mt19937 random(3);
-    using Limits = std::numeric_limits<float>;
-    std::vector<float> const special{0.0F,
-                                     0.0005F,
-                                     9999.9995F,
-                                     99999.0F,
-                                     1e30F,
-                                     Limits::max(),
-                                     Limits::infinity(),
-                                     Limits::quiet_NaN(),
-                                     Limits::denorm_min()};
-    auto const value = [&] {
-        if (random() % 4 == 0) return special[random() % special.size()] * (random() % 2 == 0 ? 1.0F : -1.0F);
-        return std::ldexp(static_cast<float>(static_cast<int>(random())), -static_cast<int>(random() % 40));
-    };
-    char const* const residues[] = {"A", "DA", "ALA", ""};
-    char const* const chains[] = {"", "A", "AB", "ABC"};
-    int const numbers[] = {1, 999, 9999, 10000, 123456789};
-    constexpr int numAtoms = 4000;
-    PdbSample p;
-    for (int i = 0; i < numAtoms; ++i) {
-        p.addAtom("CB", 6);
-        p.molecule->coords[i] = McVec3f(value(), value(), value());
-        p.addResidue(residues[i % 4], numbers[i % 5], 1);
-        p.addChain(chains[i % 3], i, i);
-        p.real("occupancy", i, value());
-        p.real("temperature", i, value());
-    }
-    for (bool const chargeColumn : {false, true}) {
-        for (int i = 0; i < numAtoms; ++i) p.real("charge", i, chargeColumn ? value() : 0.0F);
-        Tables tables(p);
-        tables.het.setAll();
-        tables.numAtom = 98000;
-        std::string const written = tables.atoms(*p.molecule, chargeColumn);
-        std::string expected;
-        for (int i = 0; i < numAtoms; ++i) {
-            expected += printedLine(tables, i, p.molecule->coords[i], residues[i % 4], chains[i % 3], chargeColumn);
-        }
-        ASSERT_EQ(written, expected);
-    }
 }
 
 } // namespace

@@ -44,9 +44,10 @@ MolTrajectoryXYZ::MolTrajectoryXYZ(std::ostream* messageStream, AtomDataBase* da
 }
 
 MolTrajectory* MolTrajectoryXYZ::readXYZMolTrajectory(char const* filename) {
-    auto opened = std::make_unique<std::ifstream>(filename);
+    char const* const name = filename ? filename : "";
+    auto opened = std::make_unique<std::ifstream>(name);
     if (!*opened) {
-        tarnex::report(messages, "Could not load \"", filename, "\"\n");
+        tarnex::report(messages, "Could not load \"", name, "\"\n");
         return nullptr;
     }
     stream = opened.release();

@@ -23,9 +23,9 @@ public:
     MolTrajectoryXYZ(std::ostream* messageStream, AtomDataBase* dataBase);
 
     /// Passes over the whole file once and keeps it open. Returns this trajectory, or null with a message if the file
-    /// cannot be opened. The frames end ahead of the first one that does not begin with a number, or not with that of
-    /// the first frame; a file without a frame is a trajectory of no steps. Writes a point for each frame, and a line
-    /// feed, to standard error.
+    /// cannot be opened; a null name is an empty one. The frames end ahead of the first one that does not begin with a
+    /// number, or not with that of the first frame; a file without a frame is a trajectory of no steps. Writes a point
+    /// for each frame, and a line feed, to standard error.
     MolTrajectory* readXYZMolTrajectory(char const* filename);
 
     /// Whether nothing but white space follows the last frame, and that one has all of its lines.

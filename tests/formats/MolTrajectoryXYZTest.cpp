@@ -124,7 +124,8 @@ TEST(MolTrajectoryXYZ, FramesEndWhereTheNextIsNone) {
     McHandle<MolTrajectoryXYZ> const closed(new MolTrajectoryXYZ(&messages, nullptr));
     EXPECT_STREQ(closed->getTopology()->getName(), "XYZ");
     EXPECT_EQ(closed->readXYZMolTrajectory("/absent"), nullptr);
-    EXPECT_EQ(messages.str(), "Could not load \"/absent\"\n");
+    EXPECT_EQ(closed->readXYZMolTrajectory(nullptr), nullptr);
+    EXPECT_EQ(messages.str(), "Could not load \"/absent\"\nCould not load \"\"\n");
     testing::internal::CaptureStderr();
     EXPECT_EQ(closed->readXYZMolTrajectory("/")->getNumTimeSteps(), 0);
     testing::internal::GetCapturedStderr();

@@ -1,33 +1,21 @@
+#include "DivertedOutput.h"
 #include "charmm/MolTrajectoryDCD.h"
 #include "formatFunctions.h"
 #include "foundation/McFilename.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <filesystem>
-#include <iostream>
 #include <sstream>
 
 namespace tarnex::tool {
 
 namespace {
 
-/// Catches what is written to the standard error stream as long as it lives.
-class CapturedErrors {
-public:
-    CapturedErrors() : previous(std::cerr.rdbuf(text.rdbuf())) {}
-    ~CapturedErrors() { std::cerr.rdbuf(previous); }
-    CapturedErrors(CapturedErrors const&) = delete;
-    CapturedErrors& operator=(CapturedErrors const&) = delete;
-
-    std::stringstream text;
-
-private:
-    std::streambuf* previous;
-};
-
 /// The class tells of each gap in the numbers of the atoms; some of them are enough.
-void noteWarnings(std::string const& file, std::istream& lines, Console& console) {
+void noteWarnings(std::string const& file, std::string const& printed, Console& console) {
     constexpr int mostNotes = 5;
+    std::istringstream lines(printed);
     int count = 0;
     for (std::string line; std::getline(lines, line);) {
         if (line.starts_with("This is ")) continue;
@@ -51,9 +39,14 @@ void readPair(std::string const& psf, std::string const& dcd, Document& document
     McHandle<MolTrajectory> const trajectory(new MolTrajectoryDCD(&messages));
     // The class finds a DCD file in the first place whatever the names are.
     char const* names[] = {dcd.c_str(), psf.c_str()};
-    CapturedErrors errors;
-    bool const isRead = static_cast<MolTrajectoryDCD&>(*trajectory).readDCDMolTrajectory(2, names) != nullptr;
-    noteWarnings(psf, errors.text, console);
+    bool isRead = false;
+    std::string warnings;
+    {
+        CapturedOutput const printed(stderr);
+        isRead = static_cast<MolTrajectoryDCD&>(*trajectory).readDCDMolTrajectory(2, names) != nullptr;
+        warnings = printed.text();
+    }
+    noteWarnings(psf, warnings, console);
     if (!isRead) throw failureOf(messages.str(), psf, dcd);
     trajectory->getTopology()->setName(McFilename(dcd.c_str()).basename());
     document.bundle.append(trajectory);

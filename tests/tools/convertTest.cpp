@@ -135,7 +135,7 @@ TEST_F(Convert, refusesADamagedFileUnlessToldToGoOn) {
 
     Program lenient({"convert", "--keep-going", "damaged.sdf", "out.sdf"});
     EXPECT_EQ(lenient.status(), 0);
-    EXPECT_THAT(lenient.err(), HasSubstr(": Atomnumber is out of range; left out from there on\n"));
+    EXPECT_THAT(lenient.err(), HasSubstr(": Atomnumber is out of range; what cannot be read is left out\n"));
     std::string const whole = runSilently({"convert", "--to", "sdf", ligands, "-"});
     EXPECT_EQ(readFile(scratchPath("out.sdf")), whole.substr(0, whole.find("$$$$\n") + 5));
 

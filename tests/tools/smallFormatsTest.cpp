@@ -98,12 +98,24 @@ TEST_F(Vde, FilesInARowAreTheStepsOfOneTrajectory) {
 }
 
 TEST_F(Vde, FailuresAreTold) {
-    writeFile("a.vde", "1\n0 0 0 0 1 0 1\n0\n");
+    std::string const atoms = "1\n0 0 0 0 1 0 1\n";
+    writeFile("a.vde", atoms + "0\n");
     EXPECT_THAT(failure({writeFile("none.vde", "text"), "out.vde"}), HasSubstr("no number of atoms"));
     writeFile("two.vde", "2\n0 0 0 0 1 0 1\n0 0 0 0 1 0 1\n0\n");
-    EXPECT_THAT(failure({"a.vde", "two.vde", "out.vde"}), HasSubstr("step 1 of \"a.vde\" cannot be read"));
+    EXPECT_THAT(failure({"a.vde", "two.vde", "out.vde"}), HasSubstr("two.vde: holds 2 atoms, and a.vde holds 1;"));
     EXPECT_THAT(failure({"a.vde", "a.vde", "--to", "vde", "-"}), HasSubstr("a file for each step"));
     EXPECT_THAT(filesLeft(), UnorderedElementsAre("a.vde", "none.vde", "two.vde"));
+    for (std::string const text : {"1\n0 0 0 0 1 0", "1\n0 0 x 0 1 0 1\n0\n", "1\n0 0 0 0 1 0 1\n2\n0 0 0 0 0 0\n0 0 0",
+                                   "1\n0 0 0 0 1 0 1\nx\n"}) {
+        writeFile("cut.vde", text);
+        EXPECT_THAT(failure({"a.vde", "cut.vde", "out.xyz"}), testing::StartsWith("tarnex: cut.vde: ")) << text;
+        EXPECT_EQ(Program({"convert", "-k", "cut.vde", "out.xyz"}).status(), 1) << text;
+        EXPECT_EQ(Program({"convert", "-k", "cut.vde", "a.vde", "going.xyz"}).status(), 0) << text;
+        EXPECT_EQ(moleculesIn("going.xyz")[0]["steps"], 1) << text;
+    }
+    Program withoutBonds({"info", writeFile("atoms.vde", atoms)});
+    EXPECT_EQ(withoutBonds.status(), 0);
+    EXPECT_THAT(withoutBonds.err(), HasSubstr("note: "));
 }
 
 TEST_F(BundleList, LoadsWhatItNamesAndTellsWhatItCannot) {

@@ -31,8 +31,8 @@ void protectInputs(FileNames const& inputs, OutputFile const& output) {
 /// Damaged input is a failure unless the user takes what could be read of it.
 void tellDamage(Document const& document, bool keepGoing, Console& console) {
     for (Failure const& damage : document.damage) {
-        if (!keepGoing) throw damage.followedBy("; nothing is written (--keep-going converts what stands ahead of it)");
-        console.error(damage.message + "; left out from there on");
+        if (!keepGoing) throw damage.followedBy("; nothing is written (--keep-going converts what can be read)");
+        console.error(damage.message + "; what cannot be read is left out");
     }
 }
 

@@ -6,8 +6,10 @@
 #include "model/Molecule.h"
 #include "model/members.h"
 #include "text.h"
+#include "textio/StreamExtractor.h"
 
 #include <filesystem>
+#include <fstream>
 #include <memory>
 
 namespace tarnex::tool {
@@ -69,6 +71,53 @@ struct Picture {
     }
 };
 
+bool passNumbers(StreamExtractor& in, long long count) {
+    float unused = 0.0F;
+    for (; count > 0 && in >> unused; --count) {
+    }
+    return count <= 0;
+}
+
+/// Reads the file as its class does, which tells of nothing that it lacks. Why it is no whole picture; empty if it is.
+/// Its atoms are counted.
+std::string faultOf(std::string const& file, int& atoms, Console& console) {
+    std::ifstream stream(file, std::ios::binary);
+    StreamExtractor in(stream);
+    std::string const notWhole = "holds less, or something other than numbers, ahead of the end of its ";
+    if (!(in >> atoms) || atoms <= 0) return "no number of atoms in its first line, or no atoms";
+    in.ignoreLineInPieces();
+    if (!passNumbers(in, 7LL * atoms)) return notWhole + counted(atoms, "atom");
+    int bonds = 0;
+    if (!(in >> bonds)) {
+        if (!in.eof()) return "no number of bonds behind its " + counted(atoms, "atom");
+        console.note(file + ": ends behind its atoms, without a number of bonds");
+        return "";
+    }
+    in.ignoreLineInPieces();
+    return passNumbers(in, 6LL * bonds) ? "" : notWhole + counted(bonds, "bond");
+}
+
+/// The files that can be steps of one trajectory. The others are damage.
+FileNames wholePictures(FileNames const& files, Document& document, Console& console) {
+    FileNames whole;
+    int atomsOfFirst = 0;
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        console.throwIfInterrupted();
+        console.setProgressValue(static_cast<float>(i) / static_cast<float>(files.size()));
+        int atoms = 0;
+        std::string fault = faultOf(files[i], atoms, console);
+        if (whole.empty()) atomsOfFirst = atoms;
+        if (fault.empty() && atoms != atomsOfFirst)
+            fault =
+                "holds " + counted(atoms, "atom") + ", and " + whole.front() + " holds " + std::to_string(atomsOfFirst);
+        if (fault.empty())
+            whole.push_back(files[i]);
+        else
+            document.damage.emplace_back(files[i], fault);
+    }
+    return whole;
+}
+
 /// "run.vde" and the step 3 of 100 steps make "run-003.vde".
 std::string nameOfStep(std::string const& name, int step, int steps) {
     std::filesystem::path path(name);
@@ -82,15 +131,15 @@ std::string nameOfStep(std::string const& name, int step, int steps) {
 
 /// All files are the steps of one trajectory. Its bonds are those of the first step.
 void readVde(FileNames const& files, Document& document, Console& console) {
-    console.throwIfInterrupted();
+    FileNames const whole = wholePictures(files, document, console);
+    if (whole.empty()) throw Failure(document.damage.front());
     std::vector<char const*> names;
-    for (std::string const& file : files) names.push_back(file.c_str());
+    for (std::string const& file : whole) names.push_back(file.c_str());
     auto* vde = new MolTrajectoryVDE(nullptr, nullptr);
     McHandle<MolTrajectory> const trajectory(vde);
     vde->readVDEMolTrajectory(static_cast<int>(names.size()), names.data());
     McHandle<Molecule> const first(new Molecule(vde->getTopology(), false));
     vde->getTimeStep(0, first);
-    if (first->getNumAtoms() == 0) throw Failure(files.front(), "no number of atoms in its first line, or no atoms");
     first->getTopology()->setName(McFilename(names.front()).basename());
     document.bundle.append(new CheckedSteps(vde, first->getTopology()));
 }

@@ -118,6 +118,15 @@ TEST_F(Vde, FailuresAreTold) {
     EXPECT_THAT(withoutBonds.err(), HasSubstr("note: "));
 }
 
+TEST_F(Vde, FurtherStepsReplaceNoFile) {
+    writeFile("a.vde", "1\n0 0 0 0 1 0 1\n0\n");
+    writeFile("run-2.vde", "mine");
+    EXPECT_THAT(failure({"a.vde", "a.vde", "a.vde", "run.vde"}),
+                HasSubstr("run.vde: it comes with the file run-2.vde"));
+    EXPECT_EQ(readFile(scratchPath("run-2.vde")), "mine");
+    EXPECT_THAT(filesLeft(), UnorderedElementsAre("a.vde", "run-2.vde"));
+}
+
 TEST_F(BundleList, LoadsWhatItNamesAndTellsWhatItCannot) {
     std::filesystem::copy_file(ligands, scratchPath("some.sdf"));
     runSilently({"convert", ligands, "three.qlt"});

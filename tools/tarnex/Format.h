@@ -7,6 +7,7 @@
 #include "foundation/McHandle.h"
 #include "model/MolTrajectory.h"
 
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,7 +20,7 @@ using FileNames = std::vector<std::string>;
 /// What was read from a file, or from several that belong together.
 struct Document {
     Bundle bundle;
-    /// Places from which on a damaged file could not be read.
+    /// What of damaged files could not be read.
     std::vector<Failure> damage;
 };
 
@@ -48,8 +49,8 @@ struct Format {
     Capacity capacity;
     /// Appends what the files hold. Null if the format is only written.
     void (*read)(FileNames const& files, Document& document, Console& console);
-    /// Writes the temporary file of the output. Null if the format is only read.
-    void (*write)(Bundle const& bundle, OutputFile const& output, Console& console);
+    /// Writes the temporary file of the output and of those beside it. Empty if the format is only read.
+    std::function<void(Bundle const& bundle, OutputFile& output, Console& console)> write;
     /// Extensions of the further files that are written beside one of this format.
     std::vector<std::string_view> writtenBeside = {};
     /// The format of the same files in single precision, if no file states its precision.

@@ -101,6 +101,13 @@ std::vector<std::string> OutputFile::namesBeside() const {
     return names;
 }
 
+OutputFile const& OutputFile::addBeside(std::string const& otherName) {
+    if (std::filesystem::exists(std::filesystem::symlink_status(otherName))) {
+        throw Failure(shownName, "it comes with the file " + otherName + ", which exists already; choose another name");
+    }
+    return *beside.emplace_back(std::make_unique<OutputFile>(otherName));
+}
+
 void OutputFile::putInPlace() {
     if (isStream) {
         Descriptor const whole(open(temporaryPath.c_str(), O_RDONLY | O_CLOEXEC));

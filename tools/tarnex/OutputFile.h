@@ -12,11 +12,12 @@ namespace tarnex::tool {
 /// which is removed again unless `putInPlace` is reached, so that an older file of the name stays as it was until then.
 /// Standard output (name "-"), pipes and devices get a copy of the whole file at that moment.
 ///
-/// Further files may belong to it, with its name and other extensions. They are put in place together with it, as soon
-/// as all of them are whole. A stream has none.
+/// Further files may belong to it. They are put in place together with it, as soon as all of them are whole. A stream
+/// has none.
 class OutputFile {
 public:
-    /// Makes the empty temporary files. Throws `Failure` if the output could not be put in place.
+    /// Makes the empty temporary files, also those beside it, which have its name and other extensions. Throws
+    /// `Failure` if the output could not be put in place.
     explicit OutputFile(std::string const& outputName, std::vector<std::string_view> const& extensionsBeside = {});
     ~OutputFile();
     OutputFile(OutputFile const&) = delete;
@@ -31,6 +32,9 @@ public:
     /// The same for the file beside it that has this extension; empty if there is none.
     std::string temporaryBeside(std::string_view extension) const;
     std::vector<std::string> namesBeside() const;
+    /// Makes the temporary file of one more beside it. Throws `Failure` as above, and if there is a file of the name,
+    /// which nobody gave.
+    OutputFile const& addBeside(std::string const& otherName);
 
     /// Throws `Failure` if the content does not reach its place, `Interrupted` if the user asked to stop meanwhile.
     void putInPlace();

@@ -48,7 +48,7 @@ Bundle readSelected(std::vector<Input> const& inputs, ConvertOptions const& opti
     return selection;
 }
 
-void write(Bundle const& bundle, Format const& format, OutputFile const& output, Transfer& transfer) {
+void write(Bundle const& bundle, Format const& format, OutputFile& output, Transfer& transfer) {
     transfer.console.startPart("writing " + output.name());
     try {
         workOn(output.name(), [&] { format.write(bundle, output, transfer.console); });
@@ -57,6 +57,15 @@ void write(Bundle const& bundle, Format const& format, OutputFile const& output,
         throw;
     }
     transfer.throwIfFailed();
+}
+
+void tellFilesBeside(std::vector<std::string> const& names, Console& console) {
+    constexpr std::size_t fewNames = 3;
+    if (names.size() > fewNames) {
+        console.note(names.front() + " to " + names.back() + " are written as well");
+        return;
+    }
+    for (std::string const& name : names) console.note(name + " is written as well");
 }
 
 } // namespace
@@ -72,7 +81,7 @@ ExitStatus runConvert(ConvertOptions const& options, Console& console) {
     if (!losses.empty()) console.note(std::string(format.name) + " does not keep " + losses);
     write(bundle, format, output, transfer);
     output.putInPlace();
-    for (std::string const& name : output.namesBeside()) console.note(name + " is written as well");
+    tellFilesBeside(output.namesBeside(), console);
     return succeeded;
 }
 

@@ -24,7 +24,7 @@ void readXyz(FileNames const& files, Document& document, Console& console);
 void writeXyz(Bundle const& bundle, OutputFile const& output, Console& console);
 
 void readVde(FileNames const& files, Document& document, Console& console);
-void writeVde(Bundle const& bundle, OutputFile const& output, Console& console);
+void writeVde(Bundle const& bundle, OutputFile& output, Console& console);
 
 void readBundleList(FileNames const& files, Document& document, Console& console);
 

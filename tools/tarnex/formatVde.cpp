@@ -10,7 +10,6 @@
 
 #include <filesystem>
 #include <fstream>
-#include <memory>
 
 namespace tarnex::tool {
 
@@ -145,21 +144,19 @@ void readVde(FileNames const& files, Document& document, Console& console) {
 }
 
 /// The first step gets the name of the output, each further one a name of its own. All appear when all are whole.
-void writeVde(Bundle const& bundle, OutputFile const& output, Console& console) {
+void writeVde(Bundle const& bundle, OutputFile& output, Console&) {
     MolTrajectory& trajectory = onlyTrajectory(bundle, output, "VDE files hold");
     int const steps = trajectory.getNumTimeSteps();
     if (steps > 1 && !output.isPlainFile())
         throw Failure(output.name(), "VDE needs a file for each step; take one by --frames");
     Picture const picture(*trajectory.getTopology());
     McHandle<Molecule> const molecule(new Molecule(trajectory.getTopology(), false));
-    std::vector<std::unique_ptr<OutputFile>> further;
+    std::vector<OutputFile const*> files = {&output};
+    for (int step = 1; step < steps; ++step) files.push_back(&output.addBeside(nameOfStep(output.name(), step, steps)));
     for (int step = 0; step < steps; ++step) {
         if (!trajectory.getTimeStep(step, molecule)) throw Failure(output.name(), "a step cannot be read");
-        if (step > 0) further.push_back(std::make_unique<OutputFile>(nameOfStep(output.name(), step, steps)));
-        picture.write(*molecule, step > 0 ? *further.back() : output);
+        picture.write(*molecule, *files[static_cast<std::size_t>(step)]);
     }
-    for (auto const& file : further) file->putInPlace();
-    if (steps > 1) console.note("the further steps are " + nameOfStep(output.name(), 1, steps) + " and so on");
 }
 
 } // namespace tarnex::tool

@@ -57,28 +57,10 @@ Bundle load(char const* path) {
 MolTrajBundleIO::MolTrajBundleIO(std::ostream* messageStream, McProgressInterface* progressInterface)
     : messages(messageStream), progress(progressInterface) {}
 
-McDArray<McHandle<MolTrajectory>> MolTrajBundleIO::readMolTrajectoryBundle(char const* filename) {
+Bundle MolTrajBundleIO::readMolTrajectoryBundle(char const* filename) {
     Bundle result;
-    McString folder;
-    McFilename(filename).dirname(folder);
-    std::unique_ptr<FILE, CloseFile> const list(std::fopen(filename, "rb"));
-    if (!list) {
-        tarnex::report(messages, "Could not open file: ", filename);
-        return result;
-    }
-    char line[firstLineSize] = "";
-    if (!std::fgets(line, sizeof line, list.get()) || !std::strstr(line, MOLECULE_BUNDLE_HEADER)) {
-        tarnex::report(messages, "Invalid header in ", filename, " (expecting ", line, ")");
-        return result;
-    }
-    McString word;
-    while (nextWord(list.get(), word)) {
-        McFilename name(word);
-        name.fixSlashes();
-        for (McHandle<MolTrajectory> const& trajectory : load(folder + word)) {
-            trajectory->getTopology()->setName(name.basename());
-            result.append(trajectory);
-        }
+    for (McString const& path : tarnex::readNamesInBundleList(filename, messages).paths) {
+        for (McHandle<MolTrajectory> const& trajectory : tarnex::readFileOfBundleList(path)) result.append(trajectory);
     }
     return result;
 }
@@ -93,4 +75,32 @@ int MolTrajBundleIO::nextWord(FILE* file, McString& word) {
         word.append(static_cast<char>(c));
     }
     return 0;
+}
+
+tarnex::BundleListNames tarnex::readNamesInBundleList(char const* filename, std::ostream* messages) {
+    BundleListNames names;
+    std::unique_ptr<FILE, CloseFile> const list(std::fopen(filename, "rb"));
+    if (!list) {
+        report(messages, "Could not open file: ", filename);
+        return names;
+    }
+    char line[firstLineSize] = "";
+    if (!std::fgets(line, sizeof line, list.get()) || !std::strstr(line, MOLECULE_BUNDLE_HEADER)) {
+        report(messages, "Invalid header in ", filename, " (expecting ", line, ")");
+        return names;
+    }
+    McString folder;
+    McFilename(filename).dirname(folder);
+    McString word;
+    while (MolTrajBundleIO::nextWord(list.get(), word)) names.paths.append(folder + word);
+    names.unfinished = word;
+    return names;
+}
+
+Bundle tarnex::readFileOfBundleList(char const* path) {
+    Bundle bundle = load(path);
+    McFilename name(path);
+    name.fixSlashes();
+    for (McHandle<MolTrajectory> const& trajectory : bundle) trajectory->getTopology()->setName(name.basename());
+    return bundle;
 }

@@ -36,3 +36,22 @@ private:
     std::ostream* messages;
     [[maybe_unused]] McProgressInterface* progress;
 };
+
+namespace tarnex {
+
+/// The names in a bundle list.
+struct BundleListNames {
+    /// With the folder of the list ahead of each.
+    McDArray<McString> paths;
+    /// A last name that does not count, since neither white space nor a closing quote stands behind it.
+    McString unfinished;
+};
+
+/// Empty, with a message, if the list cannot be opened or has no header.
+TARNEX_API BundleListNames readNamesInBundleList(char const* filename, std::ostream* messages);
+
+/// Reads a file as those in lists are read. Empty, with the lines of `TarnexWizard` on standard output, if it cannot be
+/// read. What `TarnexWizard` throws passes through.
+TARNEX_API McDArray<McHandle<MolTrajectory>> readFileOfBundleList(char const* path);
+
+} // namespace tarnex

@@ -139,6 +139,15 @@ TEST_F(BundleList, LoadsWhatItNamesAndTellsWhatItCannot) {
     std::string const told = failure({"bad.bundle", "out.qlt"});
     EXPECT_THAT(told, HasSubstr("bad.bundle: it names absent.sdf, which cannot be read"));
     EXPECT_EQ(Program({"convert", "--keep-going", "bad.bundle", "out.sdf"}).status(), 0);
+    writeFile("garbage.sdf", "no molecule\n\n\n\n");
+    writeFile("ill.bundle", "MoleculeBundle\ngarbage.sdf some.sdf lost.sdf");
+    EXPECT_THAT(failure({"ill.bundle", "out.qlt"}),
+                HasSubstr("it names garbage.sdf, which cannot be read: Could not "));
+    Program going({"convert", "-k", "ill.bundle", "going.qlt"});
+    EXPECT_THAT(going.err(), HasSubstr("closing quote stands behind it: lost.sdf\n"));
+    EXPECT_EQ(moleculesIn("going.qlt")[0]["name"], "some.sdf");
+    EXPECT_THAT(failure({"-k", writeFile("all.bundle", "MoleculeBundle\nno.sdf no.pdb\n"), "none.qlt"}),
+                HasSubstr("no.sdf, which cannot be read; nor can the other"));
     EXPECT_THAT(failure({writeFile("text.bundle", "some.sdf\n"), "none.qlt"}), HasSubstr("the word MoleculeBundle"));
     EXPECT_THAT(failure({writeFile("empty.bundle", "MoleculeBundle\n"), "none.qlt"}), HasSubstr("it names no files"));
     writeFile("list.txt", "MoleculeBundle\nsome.sdf\n");

@@ -1,45 +1,47 @@
 #include "DivertedOutput.h"
 #include "formatFunctions.h"
+#include "text.h"
 #include "wizard/MolTrajBundleIO.h"
 
-#include <algorithm>
-#include <cstdio>
 #include <sstream>
 
 namespace tarnex::tool {
 
 namespace {
 
-/// The files that no reader took, out of what the wizard printed: it tries each as a molecule last.
-std::vector<std::string> filesNotRead(std::string const& printed) {
-    std::string const start = "Not saving molecule to ";
-    std::vector<std::string> files;
-    std::istringstream lines(printed);
-    for (std::string line; std::getline(lines, line);) {
-        if (!line.starts_with(start)) continue;
-        line.erase(0, start.size());
-        if (std::find(files.begin(), files.end(), line) == files.end()) files.push_back(line);
+/// A file that cannot be read is damage of the list.
+void readListedFile(std::string const& list, char const* file, Document& document) {
+    Bundle bundle;
+    std::string reason;
+    try {
+        // The lines of the wizard tell no more than that.
+        SilentOutput const silent(stdout);
+        bundle = readFileOfBundleList(file);
+    } catch (...) {
+        reason = ": " + reasonOfCurrentException();
     }
-    return files;
+    if (bundle.size == 0)
+        document.damage.emplace_back(list, std::string("it names ") + file + ", which cannot be read" + reason);
+    for (McHandle<MolTrajectory> const& trajectory : bundle) document.bundle.append(trajectory);
 }
 
-void readList(std::string const& file, Document& document, Console& console) {
+void readList(std::string const& list, Document& document, Console& console) {
+    constexpr std::size_t shownWidth = 60;
     std::ostringstream messages;
-    Bundle bundle;
-    std::vector<std::string> missing;
-    {
-        CapturedOutput const printed(stdout);
-        bundle = MolTrajBundleIO(&messages, nullptr).readMolTrajectoryBundle(file.c_str());
-        missing = filesNotRead(printed.text());
+    BundleListNames const names = readNamesInBundleList(list.c_str(), &messages);
+    if (!messages.str().empty()) throw Failure(list, "the first line does not hold the word MoleculeBundle");
+    if (names.unfinished.length() > 0) {
+        console.note(list + ": its last name is not read, since no line end or closing quote stands behind it: " +
+                     shortened(static_cast<char const*>(names.unfinished), shownWidth));
     }
-    console.throwIfInterrupted();
-    if (!messages.str().empty()) throw Failure(file, "the first line does not hold the word MoleculeBundle");
-    for (std::string const& name : missing)
-        document.damage.emplace_back(file, "it names " + name + ", which cannot be read");
-    if (bundle.size == 0) {
-        throw Failure(file, missing.empty() ? "it names no files" : "none of the files that it names can be read");
+    if (names.paths.size == 0) throw Failure(list, "it names no files");
+    for (McString const& file : names.paths) {
+        console.throwIfInterrupted();
+        readListedFile(list, file, document);
     }
-    for (McHandle<MolTrajectory> const& trajectory : bundle) document.bundle.append(trajectory);
+    if (document.bundle.size > 0) return;
+    Failure const& first = document.damage.front();
+    throw names.paths.size == 1 ? first : first.followedBy("; nor can the other files that it names");
 }
 
 } // namespace

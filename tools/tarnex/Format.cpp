@@ -320,6 +320,15 @@ std::vector<Input> groupInputs(FileNames const& files, std::string const& format
     return inputs;
 }
 
+MolTrajectory& onlyTrajectory(Bundle const& bundle, OutputFile const& output, char const* subject) {
+    if (bundle.size != 1) {
+        throw Failure(output.name(),
+                      std::string(subject) + " one molecule or trajectory, here are " + std::to_string(bundle.size));
+    }
+    if (bundle[0]->getNumTimeSteps() < 1) throw Failure(output.name(), "there is no step to write");
+    return *bundle[0];
+}
+
 Document readInput(Input const& input, Console& console) {
     std::string const& file = input.files.front();
     for (std::string const& each : input.files) requireReadableFile(each);

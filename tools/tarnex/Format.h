@@ -88,6 +88,10 @@ struct Input {
 /// that is unknown or not read.
 std::vector<Input> groupInputs(FileNames const& files, std::string const& formatName, bool single);
 
+/// The trajectory of an output that has room for one and at least one step. Throws `Failure` if there are more or none;
+/// `subject` is its beginning, such as "an XYZ file holds".
+MolTrajectory& onlyTrajectory(Bundle const& bundle, OutputFile const& output, char const* subject);
+
 /// Throws `Failure` if a file cannot be read or has nothing in it, `Interrupted` if the user asked to stop.
 Document readInput(Input const& input, Console& console);
 

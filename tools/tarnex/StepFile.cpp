@@ -25,13 +25,4 @@ void StepFile::endLine() {
     line.clear();
 }
 
-MolTrajectory& onlyTrajectory(Bundle const& bundle, OutputFile const& output, char const* subject) {
-    if (bundle.size != 1) {
-        throw Failure(output.name(),
-                      std::string(subject) + " one molecule or trajectory, here are " + std::to_string(bundle.size));
-    }
-    if (bundle[0]->getNumTimeSteps() < 1) throw Failure(output.name(), "there is no step to write");
-    return *bundle[0];
-}
-
 } // namespace tarnex::tool

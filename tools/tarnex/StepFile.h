@@ -30,8 +30,4 @@ private:
     TextOutput file;
 };
 
-/// The trajectory of an output that has room for one and at least one step. Throws `Failure` if there are more or none;
-/// `subject` is its beginning, such as "an XYZ file holds".
-MolTrajectory& onlyTrajectory(Bundle const& bundle, OutputFile const& output, char const* subject);
-
 } // namespace tarnex::tool

@@ -212,15 +212,12 @@ private:
     OutputFile const& output;
 };
 
-MolTrajectory& onlyTrajectory(Bundle const& bundle, OutputFile const& output) {
-    if (bundle.size != 1) {
-        throw Failure(output.name(),
-                      "a GROMACS file holds one molecule or trajectory, here are " + std::to_string(bundle.size));
-    }
-    if (bundle[0]->getTopology()->getLevelIx("residues") < 0) {
+MolTrajectory& onlyTrajectoryWithResidues(Bundle const& bundle, OutputFile const& output) {
+    MolTrajectory& trajectory = onlyTrajectory(bundle, output, "a GROMACS file holds");
+    if (trajectory.getTopology()->getLevelIx("residues") < 0) {
         throw Failure(output.name(), "GROMACS files need residues, and the molecule has none");
     }
-    return *bundle[0];
+    return trajectory;
 }
 
 /// The files are read by columns, which what is written may leave.
@@ -261,7 +258,7 @@ void writeFiles(MolTopology const& topology, OutputFile const& output, char cons
 
 template <class Precision>
 void writeFrames(Bundle const& bundle, OutputFile const& output, Console& console) {
-    MolTrajectory& trajectory = onlyTrajectory(bundle, output);
+    MolTrajectory& trajectory = onlyTrajectoryWithResidues(bundle, output);
     writeFiles(*trajectory.getTopology(), output, ".trr", console,
                [&](char const* name) { return Precision::write(&trajectory, name, console); });
 }
@@ -281,7 +278,7 @@ void readGro(FileNames const& files, Document& document, Console& console) {
 }
 
 void writeGro(Bundle const& bundle, OutputFile const& output, Console& console) {
-    MolTrajectory& trajectory = onlyTrajectory(bundle, output);
+    MolTrajectory& trajectory = onlyTrajectoryWithResidues(bundle, output);
     if (trajectory.getNumTimeSteps() != 1) {
         throw Failure(output.name(), "a .gro file holds one set of coordinates, here are " +
                                          std::to_string(trajectory.getNumTimeSteps()) +

@@ -71,14 +71,11 @@ void readPdb(FileNames const& files, Document& document, Console& console) {
 }
 
 void writePdb(Bundle const& bundle, OutputFile const& output, Console& console) {
-    if (bundle.size != 1) {
-        throw Failure(output.name(),
-                      "a PDB file holds one molecule or trajectory, here are " + std::to_string(bundle.size));
-    }
+    MolTrajectory& trajectory = onlyTrajectory(bundle, output, "a PDB file holds");
     std::ostringstream messages;
     PDBwrite pdb(molchem::Resource::getInstance()->residueDatabase, &messages, &console);
     errno = 0;
-    bool const written = write(pdb, *bundle[0], output.temporary().c_str());
+    bool const written = write(pdb, trajectory, output.temporary().c_str());
     int const systemError = errno;
     console.throwIfInterrupted();
     if (!written) {

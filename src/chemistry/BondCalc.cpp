@@ -66,18 +66,32 @@ void sortByAtoms(McDArray<PerceivedBond>& bonds, std::int64_t numAtoms) {
     }
 }
 
-/// Adds the bonds of two sorted lists in one order.
+/// The bonds that a topology has, sorted; their order is 0.
+McDArray<PerceivedBond> existingBonds(MolTopology const& topology) {
+    McDArray<PerceivedBond> bonds;
+    for (MtGroup const* group : topology.levels[1]->groups) {
+        int a = 0;
+        int b = 0;
+        if (getExistingBondAtoms(topology, group, a, b)) bonds.append(PerceivedBond(a, b, 0));
+    }
+    sortByAtoms(bonds, topology.levels[0]->groups.size);
+    return bonds;
+}
+
+/// Adds the bonds of two sorted lists in one order, but for those that the topology has already.
 void addBonds(MolTopology& topology, McDArray<PerceivedBond> const& some, McDArray<PerceivedBond> const& others) {
     MtGroupingLevel& level = *topology.levels[1];
     MtIntegerAttribute* types = level.integerAttribute("type", MtGroupingLevel::CREATE, true);
-    bool const hadBonds = level.groups.size > 0;
+    McDArray<PerceivedBond> const existing = existingBonds(topology);
+    PerceivedBond const* known = existing.begin();
     topology.prepLevelSize(1, static_cast<int>(level.groups.size + some.size + others.size));
     PerceivedBond const* next = some.begin();
     PerceivedBond const* nextOther = others.begin();
     while (next != some.end() || nextOther != others.end()) {
         bool const takesOther = next == some.end() || (nextOther != others.end() && *nextOther < *next);
         PerceivedBond const& bond = takesOther ? *nextOther++ : *next++;
-        if (hadBonds && topology.findBond(bond.atomA(), bond.atomB()) >= 0) continue;
+        while (known != existing.end() && *known < bond && !known->joinsAtomsOf(bond)) ++known;
+        if (known != existing.end() && known->joinsAtomsOf(bond)) continue;
         auto* group = new (topology.groupPool) MtBond(bond.atomA(), bond.atomB());
         types->setValue(topology.addBond(group).groupIx, bond.order());
     }

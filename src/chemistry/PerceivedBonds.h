@@ -23,7 +23,7 @@ struct BondableAtoms {
 class PerceivedBond {
 public:
     PerceivedBond() = default;
-    /// `order` is 1 to 3.
+    /// `order` is 1 to 3, or 0 if it plays no part.
     PerceivedBond(int someAtom, int otherAtom, int order)
         : bits(static_cast<std::uint64_t>(std::min(someAtom, otherAtom)) << shiftA |
                static_cast<std::uint64_t>(std::max(someAtom, otherAtom)) << shiftB | static_cast<unsigned>(order)) {}
@@ -33,6 +33,7 @@ public:
     int atomB() const { return static_cast<int>(bits >> shiftB & INT_MAX); }
     int order() const { return static_cast<int>(bits & ((1U << shiftB) - 1)); }
     bool operator<(PerceivedBond const& other) const { return bits < other.bits; }
+    bool joinsAtomsOf(PerceivedBond const& other) const { return bits >> shiftB == other.bits >> shiftB; }
 
 private:
     static constexpr int shiftB = 2;

@@ -294,9 +294,10 @@ bool PDBread::readCoordinates(Molecule* molecule, char const* filename, streamPo
 
 void PDBread::resIDConversion(char const* chain, int sequence, char const* insertionCode, char* result,
                               bool isHet) const {
-    char* end = stpcpy(result, isHet ? tarnex::pdb::hetPrefix : "");
-    end = tarnex::putInt(stpcpy(end, chain), sequence);
-    std::strcpy(end, insertionCode);
+    std::strcpy(result, isHet ? tarnex::pdb::hetPrefix : "");
+    std::strcat(result, chain);
+    *tarnex::putInt(result + std::strlen(result), sequence) = '\0';
+    std::strcat(result, insertionCode);
 }
 
 void PDBread::chainIDConversion(char const* chain, char* result, bool isHet) const {

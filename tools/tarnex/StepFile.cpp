@@ -3,15 +3,12 @@
 #include "Failure.h"
 #include "text.h"
 
-#include <cmath>
 
 namespace tarnex::tool {
 
 void StepFile::addPlace(McVec3f const& place) {
     constexpr std::size_t width = 12;
     for (float const coordinate : {place.x, place.y, place.z}) {
-        if (!std::isfinite(coordinate))
-            throw Failure(output.name(), "an atom has a coordinate that is not a finite number");
         if (!line.empty()) line += ' ';
         appendExact(line, coordinate, width);
     }

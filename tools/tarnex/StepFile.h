@@ -17,7 +17,7 @@ public:
     /// The line that is put together.
     std::string line;
 
-    /// Appends the three coordinates to the line. Throws `Failure` for an atom that has no place.
+    /// Appends the three coordinates to the line.
     void addPlace(McVec3f const& place);
     /// Writes the line and begins the next one. A line whose length, with its end, is a multiple of 300 gets a blank:
     /// readers that pass over lines in pieces of 300 characters would take the next line with it.

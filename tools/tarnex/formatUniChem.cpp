@@ -1,4 +1,3 @@
-#include "StepFile.h"
 #include "TextOutput.h"
 #include "formatFunctions.h"
 #include "formats/UniChemIO.h"

@@ -51,6 +51,6 @@
 #include "textio/numberText.h"
 #include "textio/tokenizer.h"
 #include "textio/writer.h"
-#include "wizard/MolTrajBundleIO.h"
 #include "tripos/TriposIO.h"
+#include "wizard/MolTrajBundleIO.h"
 #include "wizard/TarnexWizard.h"

@@ -3,7 +3,6 @@
 #include "Failure.h"
 #include "text.h"
 
-
 namespace tarnex::tool {
 
 void StepFile::addPlace(McVec3f const& place) {

@@ -36,7 +36,7 @@ struct Capacity {
     std::vector<std::string_view> dataNames = {};
 };
 
-/// A row of the table of formats. A new format is a row in Format.cpp and the two functions it names.
+/// A row of the table of formats. A new format is a row in formatTable.cpp and the two functions it names.
 struct Format {
     std::string_view name;
     /// With their points and in lower case.

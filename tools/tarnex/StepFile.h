@@ -12,7 +12,7 @@ namespace tarnex::tool {
 class StepFile {
 public:
     /// Throws `Failure` if the file cannot be made.
-    explicit StepFile(OutputFile const& outputFile) : output(outputFile), file(outputFile) {}
+    explicit StepFile(OutputFile const& outputFile) : file(outputFile) {}
 
     /// The line that is put together.
     std::string line;
@@ -26,7 +26,6 @@ public:
     void finish() { file.finish(); }
 
 private:
-    OutputFile const& output;
     TextOutput file;
 };
 

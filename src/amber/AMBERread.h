@@ -12,7 +12,7 @@
 class McProgressInterface;
 
 /// Reads the files of AMBER: topologies in the layout of fixed columns that has no section flags, as the programs wrote
-/// it up to AMBER 6 ("PARM parameter/topology file specification", ambermd.org), restart files, and trajectory text.
+/// it up to AMBER 6 (its PARM file, ambermd.org), restart files, and trajectory text.
 ///
 /// Nothing in a topology names its blocks: their places follow from thirty counters, and a file of any other kind gives
 /// a molecule that is empty or wrong, without a message. So does the newer layout with %FLAG lines. A file that ends

@@ -1,5 +1,6 @@
 #include "model/MtListGroups.h"
 #include "support/RecordingProgress.h"
+#include "support/bonds.h"
 #include "support/files.h"
 #include "tripos/TriposIO.h"
 
@@ -59,19 +60,6 @@ std::string texts(MolTopology* topology, int levelIx, char const* name) {
     return all;
 }
 
-/// Bonds as "first-second:type".
-std::string bonds(MolTopology* topology) {
-    MtGroupingLevel* level = topology->getLevel(1);
-    auto const* types = level->integerAttribute("type", MtGroupingLevel::FIND, true);
-    std::string all;
-    for (int i = 0; i < level->groups.size; ++i) {
-        auto const* bond = dynamic_cast<MtBond const*>(level->groups[i]);
-        all += std::to_string(bond->atomA()) + "-" + std::to_string(bond->atomB()) + ":" +
-               std::to_string(types->getValue(i)) + " ";
-    }
-    return all;
-}
-
 /// The ranges of the residues.
 std::string residues(MolTopology* topology) {
     MtGroupingLevel* level = topology->getLevel(topology->getLevelIx("residues"));
@@ -98,7 +86,7 @@ TEST(TriposReader, FillsTheModel) {
     EXPECT_EQ(texts(topology, 0, "type"), "N1|C2|DU|");
     EXPECT_EQ(texts(topology, 2, "name"), "LIH|"); // of its last atom
     EXPECT_EQ(residues(topology), "0-1 ");
-    EXPECT_EQ(bonds(topology), "0-1:4 1-0:1 2-0:3 ");
+    EXPECT_EQ(bondsOf(topology), "0-1:4 1-0:1 2-0:3 ");
 
     MtGroupingLevel* atoms = topology->getLevel(0);
     ASSERT_EQ(atoms->attributes.size, 5);
@@ -169,7 +157,7 @@ TEST(TriposReader, BondTypesAndUnknownAtoms) {
     for (char const* type : {"1", "2", "3", "4", "1", "1", "1", "2", "4", "1", "1", "1", "1", "1"}) {
         expected += std::string("1-2:") + type + " "; // of the atoms with id 5 the last one counts
     }
-    EXPECT_EQ(bonds(read.bundle[0]->getTopology()), expected);
+    EXPECT_EQ(bondsOf(read.bundle[0]->getTopology()), expected);
     EXPECT_TRUE(readAll(molecule("0 2 0", "SMALL\nX", "@<TRIPOS>BOND\n1 1 1 1\n")).isWhole);
 }
 

@@ -2,7 +2,7 @@
 #include "formats/uniChemRecords.h"
 #include "foundation/Progress.h"
 #include "foundation/report.h"
-#include "model/members.h"
+#include "model/NumberedBond.h"
 
 namespace {
 
@@ -67,12 +67,9 @@ bool FileWriter::writeBonds() {
     McDArray<MtGroup*> const& bonds = topology.getLevel(1)->groups;
     for (int i = 0; i < numBonds; ++i) {
         if (interruptedAt(i, numAtoms)) return false;
-        // What joins no atoms is written as atoms 0, so that the count holds.
-        int atomA = -1;
-        int atomB = -1;
-        tarnex::getExistingBondAtoms(topology, bonds[i], atomA, atomB);
+        tarnex::NumberedBond const bond(topology, bonds[i]);
         int const type = bondTypes ? bondTypes->getValue(i) : 0;
-        tarnex::unichem::BondLine{atomA + 1, atomB + 1, type}.write(out, bondTypes != nullptr);
+        tarnex::unichem::BondLine{bond.firstAtom, bond.secondAtom, type}.write(out, bondTypes != nullptr);
     }
     return true;
 }

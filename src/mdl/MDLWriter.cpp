@@ -3,7 +3,7 @@
 #include "foundation/report.h"
 #include "mdl/MDLIO.h"
 #include "mdl/records.h"
-#include "model/members.h"
+#include "model/NumberedBond.h"
 
 #include <utility>
 
@@ -92,12 +92,9 @@ bool RecordWriter::writeBonds() {
     McDArray<MtGroup*> const& bonds = topology.getLevel(1)->groups;
     for (int i = 0; i < numBonds; ++i) {
         if (interruptedAt(i, numAtoms)) return false;
-        // What joins no atoms is written as atoms 0, so that the counts hold.
-        int atomA = -1;
-        int atomB = -1;
-        tarnex::getExistingBondAtoms(topology, bonds[i], atomA, atomB);
+        tarnex::NumberedBond const bond(topology, bonds[i]);
         int const type = bondTypes ? bondTypes->getValue(i) : 0;
-        tarnex::mdl::BondLine{atomA + 1, atomB + 1, type}.write(out, bondTypes != nullptr);
+        tarnex::mdl::BondLine{bond.firstAtom, bond.secondAtom, type}.write(out, bondTypes != nullptr);
     }
     return true;
 }

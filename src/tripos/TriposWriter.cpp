@@ -2,6 +2,7 @@
 #include "foundation/Progress.h"
 #include "foundation/report.h"
 #include "model/MolTrajectory.h"
+#include "model/NumberedBond.h"
 #include "model/members.h"
 #include "model/molInfo.h"
 #include "tripos/TriposIO.h"
@@ -151,12 +152,9 @@ bool MoleculeWriter::writeBonds() {
     out.write(tarnex::tripos::bondRecord);
     out.write("\n");
     for (int i = 0; i < numBonds; ++i) {
-        // What joins no atoms is written as atoms 0, so that the counts hold.
-        int atomA = -1;
-        int atomB = -1;
-        tarnex::getExistingBondAtoms(topology, info.bonds->groups[i], atomA, atomB);
+        tarnex::NumberedBond const bond(topology, info.bonds->groups[i]);
         int const type = info.bondType ? info.bondType->getValue(i) : 0;
-        tarnex::tripos::BondLine{i + 1, atomA + 1, atomB + 1, type}.write(out, info.bondType != nullptr);
+        tarnex::tripos::BondLine{i + 1, bond.firstAtom, bond.secondAtom, type}.write(out, info.bondType != nullptr);
         if (i % tarnex::tripos::linesPerProgress == 0 && progress.interruptedAt(part(numAtoms + i))) return false;
     }
     return true;

@@ -37,12 +37,15 @@ void Perception(benchmark::State& state, bool (*connect)(MolObject*, McBitfield 
     for (auto _ : state) {
         state.PauseTiming();
         generated::SolvatedProtein protein(static_cast<int>(state.range(0)));
-        auto const molecule = protein.takeMolecule();
+        auto molecule = protein.takeMolecule();
         McBitfield all(static_cast<unsigned long>(molecule->getNumAtoms()), McBitfield::CLEARED);
         all.setAll();
         state.ResumeTiming();
         connect(molecule.get(), all);
+        state.PauseTiming();
         if (molecule->getTopology()->getLevel(1)->groups.size != protein.numBonds) state.SkipWithError("other bonds");
+        molecule.reset();
+        state.ResumeTiming();
     }
 }
 BENCHMARK_CAPTURE(Perception, standard, BondCalc::standardConnectSelection)

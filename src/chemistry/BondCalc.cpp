@@ -104,20 +104,29 @@ McDArray<McVec3f> const& coordinatesOf(MolObject const& object, McDArray<McVec3f
     return copy;
 }
 
+/// The bonds that the names of atoms tell, and those that distances tell, each list sorted.
+struct PerceivedBonds {
+    McDArray<PerceivedBond> byName, byDistance;
+};
+
+PerceivedBonds perceive(MolObject const& object, MolTopology& topology, McBitfield const& selected, bool byResidues) {
+    PerceivedBonds bonds;
+    McDArray<McVec3f> copy;
+    BondableAtoms atoms = collectAtoms(coordinatesOf(object, copy), topology, selected);
+    ResidueKnowledge residues;
+    if (byResidues) residues.findTemplateBonds(topology, atoms, bonds.byName);
+    finishBondedHydrogens(topology, bonds.byName, atoms);
+    findDistanceBonds(atoms, residues, bonds.byDistance);
+    sortByAtoms(bonds.byName, atoms.elements.size);
+    sortByAtoms(bonds.byDistance, atoms.elements.size);
+    return bonds;
+}
+
 bool connect(MolObject* object, McBitfield const& selected, bool byResidues) {
     MolTopology* topology = object ? object->getTopology() : nullptr;
     if (!topology) return false;
-    McDArray<McVec3f> copy;
-    BondableAtoms atoms = collectAtoms(coordinatesOf(*object, copy), *topology, selected);
-    ResidueKnowledge residues;
-    McDArray<PerceivedBond> byName;
-    McDArray<PerceivedBond> byDistance;
-    if (byResidues) residues.findTemplateBonds(*topology, atoms, byName);
-    finishBondedHydrogens(*topology, byName, atoms);
-    findDistanceBonds(atoms, residues, byDistance);
-    sortByAtoms(byName, atoms.elements.size);
-    sortByAtoms(byDistance, atoms.elements.size);
-    addBonds(*topology, byName, byDistance);
+    PerceivedBonds const bonds = perceive(*object, *topology, selected, byResidues);
+    addBonds(*topology, bonds.byName, bonds.byDistance);
     return true;
 }
 

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <bit>
+#include <cmath>
+#include <iterator>
 #include <limits>
 #include <utility>
 
@@ -16,9 +18,8 @@ namespace {
 constexpr double origin = 1 << 20;
 constexpr double lastIndex = (1 << 21) - 2;
 
-// Atoms are first split into blocks of cells, each of which is then sorted in the cache.
 constexpr std::uint64_t atomsInBlock = 1024;
-constexpr int mostBlockBits = 10;
+constexpr int mostBlockBits = 8; // the number of a block fits a byte
 
 template <class Visitor>
 void forEachAtom(BondableAtoms const& atoms, Visitor&& visit) {
@@ -27,40 +28,75 @@ void forEachAtom(BondableAtoms const& atoms, Visitor&& visit) {
     }
 }
 
+/// What the atoms take up along an axis.
+struct Extent {
+    float McVec3f::*coordinate;
+    float low = std::numeric_limits<float>::infinity();
+    float high = -std::numeric_limits<float>::infinity();
+    double way = 0.0; // from each atom to the next
+    double previous = 0.0;
+
+    void include(McVec3f const& p) {
+        float const place = p.*coordinate;
+        low = std::min(low, place);
+        high = std::max(high, place);
+        way += std::abs(static_cast<double>(place) - previous);
+        previous = static_cast<double>(place);
+    }
+    /// How often the atoms go from one end to the other.
+    double wanderings() const { return way / (static_cast<double>(high) - static_cast<double>(low) + 1.0); }
+};
+
+void dropCrowdedCells(McDArray<CellGrid::Place>& places, std::int64_t mostInCell) {
+    CellGrid::Place* kept = places.begin();
+    for (CellGrid::Place *begin = kept, *end = kept; begin != places.end(); begin = end) {
+        while (end != places.end() && end->cell == begin->cell) ++end;
+        if (end - begin <= mostInCell) kept = std::copy(begin, end, kept);
+    }
+    places.resize(kept - places.begin());
+}
+
 } // namespace
 
-CellGrid::CellGrid(BondableAtoms const& atoms, double cellEdge, std::int64_t mostInCell)
-    : cellsPerLength(1.0 / cellEdge) {
-    layOutCells(atoms);
-    sortBlocks(splitIntoBlocks(atoms), mostInCell);
+CellGrid::CellGrid(BondableAtoms const& bondableAtoms, double cellEdge, std::int64_t mostAtomsInCell)
+    : atoms(bondableAtoms), cellsPerLength(1.0 / cellEdge), mostInCell(mostAtomsInCell) {
+    layOutCells();
+    splitIntoBlocks();
+}
+
+/// The slabs across the outer axis are the blocks. They lie across the direction in which the atoms advance most
+/// steadily, so that the atoms of a block are close in memory.
+void CellGrid::layOutCells() {
+    Extent extents[] = {{&McVec3f::x}, {&McVec3f::y}, {&McVec3f::z}};
+    std::int64_t number = 0;
+    forEachAtom(atoms, [&](int, McVec3f const& p) {
+        for (Extent& extent : extents) extent.include(p);
+        ++number;
+    });
+    atomsByBlock.resize(number);
+    if (number == 0) return;
+    std::stable_sort(std::begin(extents), std::end(extents),
+                     [](Extent const& a, Extent const& b) { return a.wanderings() < b.wanderings(); });
+    for (int i = 0; i < numAxes; ++i)
+        axes[i] = {extents[i].coordinate, indexOf(extents[i].low), indexOf(extents[i].high)};
+    setSteps();
+
+    std::uint64_t const lastCell = (axes[0].last - axes[0].first + 2) * axes[0].step - 1;
+    auto const sizeBits = static_cast<int>(std::bit_width(static_cast<std::uint64_t>(number) / atomsInBlock));
+    blockShift = std::max(static_cast<int>(std::bit_width(lastCell)) - std::min(sizeBits, mostBlockBits), 0);
+    blockEnds.resize(static_cast<std::int64_t>(lastCell >> blockShift) + 1);
+    std::fill(blockEnds.begin(), blockEnds.end(), 0);
 }
 
 /// One index of each axis stays free, so that a neighbour's never runs over into the next row or layer.
-void CellGrid::layOutCells(BondableAtoms const& atoms) {
-    constexpr float infinity = std::numeric_limits<float>::infinity();
-    McVec3f low(infinity, infinity, infinity);
-    McVec3f high(-infinity, -infinity, -infinity);
-    std::uint64_t numAtoms = 0;
-    forEachAtom(atoms, [&](int, McVec3f const& p) {
-        low = {std::min(low.x, p.x), std::min(low.y, p.y), std::min(low.z, p.z)};
-        high = {std::max(high.x, p.x), std::max(high.y, p.y), std::max(high.z, p.z)};
-        ++numAtoms;
-    });
-    if (numAtoms == 0) return;
-    x = {indexOf(low.x), indexOf(high.x)};
-    y = {indexOf(low.y), indexOf(high.y)};
-    z = {indexOf(low.z), indexOf(high.z)};
-    stepY = z.last - z.first + 2;
-    stepX = (y.last - y.first + 2) * stepY;
-    columnOffset[0] = stepY;
-    columnOffset[1] = stepX - stepY;
-    columnOffset[2] = stepX;
-    columnOffset[3] = stepX + stepY;
-
-    std::uint64_t const lastCell = (x.last - x.first + 2) * stepX - 1;
-    auto const blockBits = std::min(static_cast<int>(std::bit_width(numAtoms / atomsInBlock)), mostBlockBits);
-    blockShift = std::max(static_cast<int>(std::bit_width(lastCell)) - blockBits, 0);
-    numBlocks = static_cast<int>(lastCell >> blockShift) + 1;
+void CellGrid::setSteps() {
+    axes[2].step = 1;
+    axes[1].step = axes[2].last - axes[2].first + 2;
+    axes[0].step = axes[1].step * (axes[1].last - axes[1].first + 2);
+    columnOffsets[0] = axes[1].step;
+    columnOffsets[1] = axes[0].step - axes[1].step;
+    columnOffsets[2] = axes[0].step;
+    columnOffsets[3] = axes[0].step + axes[1].step;
 }
 
 std::uint64_t CellGrid::indexOf(float coordinate) const {
@@ -71,54 +107,33 @@ std::uint64_t CellGrid::indexOf(float coordinate) const {
 }
 
 std::uint64_t CellGrid::cellOf(McVec3f const& p) const {
-    return (indexOf(p.x) - x.first + 1) * stepX + (indexOf(p.y) - y.first + 1) * stepY + (indexOf(p.z) - z.first + 1);
+    auto const part = [&](Axis const& axis) { return (indexOf(p.*axis.coordinate) - axis.first + 1) * axis.step; };
+    return part(axes[0]) + part(axes[1]) + part(axes[2]);
 }
 
-/// Puts the atoms into `points`, block by block, and returns where each block ends.
-McDArray<std::int64_t> CellGrid::splitIntoBlocks(BondableAtoms const& atoms) {
-    McDArray<std::int64_t> ends(numBlocks);
-    std::fill(ends.begin(), ends.end(), 0);
-    forEachAtom(atoms, [&](int, McVec3f const& p) { ++ends[static_cast<std::int64_t>(cellOf(p) >> blockShift)]; });
-    std::int64_t total = 0;
-    for (std::int64_t& end : ends) total += std::exchange(end, total);
-    points.resize(total);
-    // What was the beginning of each block becomes its end.
+void CellGrid::splitIntoBlocks() {
+    McDArray<unsigned char> blockOfAtom(atoms.elements.size);
     forEachAtom(atoms, [&](int atom, McVec3f const& p) {
-        points[ends[static_cast<std::int64_t>(cellOf(p) >> blockShift)]++] = {p, atom, atoms.elements[atom]};
+        blockOfAtom[atom] = static_cast<unsigned char>(cellOf(p) >> blockShift);
+        ++blockEnds[blockOfAtom[atom]];
     });
-    return ends;
+    std::int64_t total = 0;
+    for (std::int64_t& end : blockEnds) total += std::exchange(end, total);
+    // What was the beginning of each block becomes its end.
+    forEachAtom(atoms, [&](int atom, McVec3f const&) { atomsByBlock[blockEnds[blockOfAtom[atom]]++] = atom; });
 }
 
-void CellGrid::sortBlocks(McDArray<std::int64_t> const& blockEnds, std::int64_t mostInCell) {
-    struct Place {
-        std::uint64_t cell;
-        std::int64_t point;
-    };
-    std::uint64_t const bitsInBlock = (std::uint64_t{1} << blockShift) - 1;
-    McDArray<Point> block;
-    McDArray<Place> places;
-    cells.resize(points.size);
-    std::int64_t kept = 0;
-    std::int64_t blockBegin = 0;
-    for (std::int64_t const blockEnd : blockEnds) {
-        block.resize(blockEnd - blockBegin);
-        places.resize(block.size);
-        std::copy(points.begin() + blockBegin, points.begin() + blockEnd, block.begin());
-        for (std::int64_t i = 0; i < block.size; ++i) places[i] = {cellOf(block[i].position), i};
-        blockBegin = blockEnd;
-        radixSort(
-            places, [=](Place const& place) { return place.cell & bitsInBlock; }, bitsInBlock);
-        for (std::int64_t begin = 0, end = 0; begin < places.size; begin = end) {
-            while (end < places.size && places[end].cell == places[begin].cell) ++end;
-            if (end - begin > mostInCell) continue;
-            for (std::int64_t i = begin; i < end; ++i, ++kept) {
-                points[kept] = block[places[i].point];
-                cells[kept] = places[i].cell;
-            }
-        }
+void CellGrid::sortBlock(int block, McDArray<Place>& places) const {
+    std::int64_t const begin = block == 0 ? 0 : blockEnds[block - 1];
+    places.resize(blockEnds[block] - begin);
+    for (std::int64_t i = 0; i < places.size; ++i) {
+        int const atom = atomsByBlock[begin + i];
+        places[i] = {cellOf(atoms.coords[atom]), atom};
     }
-    points.resize(kept);
-    cells.resize(kept);
+    std::uint64_t const bitsInBlock = (std::uint64_t{1} << blockShift) - 1;
+    radixSort(
+        places, [=](Place const& place) { return place.cell & bitsInBlock; }, bitsInBlock);
+    dropCrowdedCells(places, mostInCell);
 }
 
 } // namespace tarnex

@@ -1,6 +1,7 @@
 #include "chemistry/DistanceBonds.h"
 
 #include "chemistry/CellGrid.h"
+#include "chemistry/CellWalk.h"
 #include "chemistry/ElementTable.h"
 
 #include <algorithm>
@@ -23,38 +24,47 @@ constexpr int mostPartners = 16;
 constexpr double densestMatter = 0.5;
 constexpr double mostInSmallCell = 32.0;
 
-constexpr int notHydrogen = -1;
-
 /// The nearest partner seen so far.
 struct Nearest {
     float squaredDistance = std::numeric_limits<float>::infinity();
-    int point = -1;
+    int atom = -1;
 };
 
-struct HydrogenPartners {
-    Nearest heavy, hydrogen;
+/// An atom on the walk, and its partners if it is a hydrogen.
+struct Point {
+    McVec3f position;
+    int atom = -1;
+    Nearest heavy{}, hydrogen{};
 
     bool prefersHydrogen() const { return hydrogen.squaredDistance < heavy.squaredDistance; }
+};
+
+/// A hydrogen whose nearest partner is another one.
+struct HydrogenOfPair {
+    int atom;
+    int hydrogen;
+    int heavy; ///< the nearest of the others, or -1
 };
 
 class DistanceBonds {
 public:
     DistanceBonds(BondableAtoms const& bondableAtoms, ResidueKnowledge const& knowledge,
                   McDArray<PerceivedBond>& result)
-        : atoms(bondableAtoms), residues(knowledge), bonds(result), grid(atoms, longestReach(), mostInCell()),
-          numPartners(atoms.elements.size) {
-        std::fill(numPartners.begin(), numPartners.end(), 0);
+        : atoms(bondableAtoms), residues(knowledge), bonds(result), numPartners(atoms.elements.size) {
+        std::fill(numPartners.begin(), numPartners.end(), static_cast<unsigned char>(0));
     }
 
     void find() {
-        countHydrogens();
+        CellGrid const grid(atoms, longestReach, mostInCell());
         std::int64_t const numBefore = bonds.size;
-        grid.forEachClosePair(
-            [this](std::int64_t i, std::int64_t j) { lookAt(static_cast<int>(i), static_cast<int>(j)); });
+        bonds.reserve(numBefore + grid.numAtoms()); // most atoms end one bond
+        CellWalk<Point>(grid, atoms.coords)
+            .run([this](Point& a, Point& b) { lookAt(a, b); },
+                 [this](Point const& point) {
+                     if (isHydrogen(point.atom)) bindHydrogen(point);
+                 });
         dropCrowded(numBefore);
-        for (int i = 0; i < grid.size(); ++i) {
-            if (grid[i].element == hydrogen) bindHydrogen(i);
-        }
+        bindPairedHydrogens();
     }
 
 private:
@@ -70,65 +80,54 @@ private:
     }
 
     /// No two of the atoms bond at a larger distance.
-    double longestReach() const {
+    float findLongestReach() const {
         std::array<bool, numElements> isThere{};
         for (unsigned char const element : atoms.elements) isThere[element] = true;
         float largestRadius = 0.0F;
         for (std::size_t i = 1; i < numElements; ++i) {
             if (isThere[i]) largestRadius = std::max(largestRadius, radii[i]);
         }
-        return 2.0 * largestRadius + tolerance;
+        return largestRadius + largestRadius + tolerance;
     }
 
     /// More would be denser than matter.
     std::int64_t mostInCell() const {
-        double const edge = longestReach();
+        double const edge = longestReach;
         return static_cast<std::int64_t>(std::max(mostInSmallCell, densestMatter * edge * edge * edge));
     }
 
-    /// In the order of the grid, so that hydrogens close in space are close in memory.
-    void countHydrogens() {
-        hydrogenAt.resize(grid.size());
-        hydrogens.reserve(grid.size());
-        bonds.reserve(bonds.size + grid.size()); // most atoms end one bond
-        for (std::int64_t i = 0; i < grid.size(); ++i) {
-            bool const isHydrogen = grid[i].element == hydrogen;
-            hydrogenAt[i] = isHydrogen ? static_cast<int>(hydrogens.size) : notHydrogen;
-            if (isHydrogen) hydrogens.append({});
-        }
-    }
+    bool isHydrogen(int atom) const { return atoms.elements[atom] == hydrogen; }
 
-    void lookAt(int i, int j) {
-        CellGrid::Point const& a = grid[i];
-        CellGrid::Point const& b = grid[j];
+    void lookAt(Point& a, Point& b) {
         float const dx = a.position.x - b.position.x;
         float const dy = a.position.y - b.position.y;
         float const dz = a.position.z - b.position.z;
         float const squared = dx * dx + dy * dy + dz * dz;
-        float const reach = radii[a.element] + radii[b.element] + tolerance;
-        if (!(squared < reach * reach && squared > shortestBond * shortestBond)) return;
+        if (!(squared < longestReach * longestReach && squared > shortestBond * shortestBond)) return;
+        unsigned char const elementA = atoms.elements[a.atom];
+        unsigned char const elementB = atoms.elements[b.atom];
+        float const reach = radii[elementA] + radii[elementB] + tolerance;
+        if (squared >= reach * reach) return;
         int const order = residues.orderWithinDistance(a.atom, b.atom);
         if (order == 0) return;
-        bool const isHydrogenA = a.element == hydrogen;
-        bool const isHydrogenB = b.element == hydrogen;
+        bool const isHydrogenA = elementA == hydrogen;
+        bool const isHydrogenB = elementB == hydrogen;
         if (!isHydrogenA && !isHydrogenB) return bindHeavy(a.atom, b.atom, order);
-        if (isHydrogenA) offer(j, isHydrogenB, i, squared);
-        if (isHydrogenB) offer(i, isHydrogenA, j, squared);
+        if (isHydrogenA) offer(b.atom, isHydrogenB ? a.hydrogen : a.heavy, squared);
+        if (isHydrogenB) offer(a.atom, isHydrogenA ? b.hydrogen : b.heavy, squared);
+    }
+
+    /// Of several partners at the same distance, the lowest atom is taken.
+    static void offer(int partner, Nearest& nearest, float squared) {
+        if (squared > nearest.squaredDistance) return;
+        if (squared == nearest.squaredDistance && partner > nearest.atom) return;
+        nearest = {squared, partner};
     }
 
     void bindHeavy(int atomA, int atomB, int order) {
         bool const crowdedA = isCrowdedWithOneMore(atomA);
         bool const crowdedB = isCrowdedWithOneMore(atomB);
         if (!crowdedA && !crowdedB) bonds.append(PerceivedBond(atomA, atomB, order));
-    }
-
-    /// Of several partners at the same distance, the lowest atom is taken.
-    void offer(int partner, bool isHydrogen, int toHydrogen, float squared) {
-        HydrogenPartners& partners = hydrogens[hydrogenAt[toHydrogen]];
-        Nearest& nearest = isHydrogen ? partners.hydrogen : partners.heavy;
-        if (squared > nearest.squaredDistance) return;
-        if (squared == nearest.squaredDistance && grid[partner].atom > grid[nearest.point].atom) return;
-        nearest = {squared, partner};
     }
 
     bool isCrowded(int atom) const { return numPartners[atom] > mostPartners; }
@@ -138,35 +137,48 @@ private:
         return isCrowded(atom);
     }
 
+    /// Bonds of hydrogens stay.
     void dropCrowded(std::int64_t firstBond) {
         auto* const end = std::remove_if(bonds.begin() + firstBond, bonds.end(), [&](PerceivedBond const& bond) {
-            return isCrowded(bond.atomA()) || isCrowded(bond.atomB());
+            return (isCrowded(bond.atomA()) || isCrowded(bond.atomB())) && !isHydrogen(bond.atomA()) &&
+                   !isHydrogen(bond.atomB());
         });
         bonds.resize(end - bonds.begin());
     }
 
-    /// To a hydrogen only if each is the other's nearest partner, which leaves H2 a bond and clashes none.
-    void bindHydrogen(int point) {
-        HydrogenPartners const& partners = hydrogens[hydrogenAt[point]];
-        int const atom = grid[point].atom;
-        if (partners.prefersHydrogen()) {
-            int const other = partners.hydrogen.point;
-            HydrogenPartners const& ofOther = hydrogens[hydrogenAt[other]];
-            if (ofOther.prefersHydrogen() && ofOther.hydrogen.point == point) {
-                if (atom < grid[other].atom) bonds.append(PerceivedBond(atom, grid[other].atom, 1));
-                return;
-            }
+    void bindHydrogen(Point const& point) {
+        if (point.prefersHydrogen())
+            pairedHydrogens.append({point.atom, point.hydrogen.atom, point.heavy.atom});
+        else
+            bindToHeavy(point.atom, point.heavy.atom);
+    }
+
+    void bindToHeavy(int atom, int heavy) {
+        if (heavy >= 0) bonds.append(PerceivedBond(atom, heavy, 1));
+    }
+
+    /// To each other only if each is the other's nearest partner, which leaves H2 a bond and clashes none.
+    void bindPairedHydrogens() {
+        auto const isAhead = [](HydrogenOfPair const& a, HydrogenOfPair const& b) { return a.atom < b.atom; };
+        std::sort(pairedHydrogens.begin(), pairedHydrogens.end(), isAhead);
+        for (HydrogenOfPair const& one : pairedHydrogens) {
+            auto const* const other = std::lower_bound(pairedHydrogens.begin(), pairedHydrogens.end(),
+                                                       HydrogenOfPair{one.hydrogen, -1, -1}, isAhead);
+            bool const isMutual =
+                other != pairedHydrogens.end() && other->atom == one.hydrogen && other->hydrogen == one.atom;
+            if (!isMutual)
+                bindToHeavy(one.atom, one.heavy);
+            else if (one.atom < other->atom)
+                bonds.append(PerceivedBond(one.atom, other->atom, 1));
         }
-        if (partners.heavy.point >= 0) bonds.append(PerceivedBond(atom, grid[partners.heavy.point].atom, 1));
     }
 
     BondableAtoms const& atoms;
     ResidueKnowledge const& residues;
     McDArray<PerceivedBond>& bonds;
     Radii const radii = covalentRadii(); // of each element
-    CellGrid grid;
-    McDArray<int> hydrogenAt; // counts the hydrogens
-    McDArray<HydrogenPartners> hydrogens;
+    float const longestReach = findLongestReach();
+    McDArray<HydrogenOfPair> pairedHydrogens;
     McDArray<unsigned char> numPartners; // heavy ones of each atom, up to one more than the most
 };
 

@@ -75,7 +75,7 @@ void ResidueKnowledge::identify(int atom, int templateAtom, ResidueTemplate cons
     }
     if (templateAtom < 0) return;
     element = static_cast<unsigned char>(residue.atoms[static_cast<std::size_t>(templateAtom)].atomicNumber);
-    names[atom].templateAtom = static_cast<std::int16_t>(templateAtom);
+    names[atom].templateAtom = static_cast<unsigned>(templateAtom) & unknownName;
 
     int& first = atomOfName[templateAtom];
     if (first == noAtom) {

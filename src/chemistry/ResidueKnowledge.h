@@ -21,12 +21,12 @@ public:
     int orderWithinDistance(int atomA, int atomB) const;
 
 private:
-    static constexpr int unknownName = -1;
+    static constexpr unsigned unknownName = 0x7fff;
 
-    /// What an atom's name means in its residue.
+    /// What an atom's name means in its residue. In two bytes, since there are millions of them.
     struct NameInResidue {
-        std::int16_t templateAtom = unknownName;
-        bool occursTwice = false;
+        std::uint16_t templateAtom : 15 = unknownName;
+        bool occursTwice : 1 = false;
     };
 
     void identify(int atom, int templateAtom, ResidueTemplate const& residue, BondableAtoms& atoms);

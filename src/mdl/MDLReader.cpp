@@ -207,9 +207,10 @@ McDArray<McHandle<MolTrajectory>> MDLIO::readMDLMolTrajectoryBundle(char const* 
     Progress const fileProgress(progress);
     fileProgress.start(workTitle);
     try {
+        tarnex::GroupPool pool;
         // The search for a counts line behind the last record ends the loop.
         while (true) {
-            auto* topology = new MolTopology;
+            auto* topology = new MolTopology(std::move(pool));
             auto* molecule = new Molecule(topology, true);
             if (!readMolecule(molecule, topology, scanner, filename)) {
                 bundle.clear();
@@ -217,6 +218,7 @@ McDArray<McHandle<MolTrajectory>> MDLIO::readMDLMolTrajectoryBundle(char const* 
             }
             bundle.append(takeTrajectory(molecule));
             nameTopology(*topology, file, bundle.size);
+            pool = std::move(topology->groupPool);
         }
     } catch (Parse_Error const& error) {
         if (bundle.size == 0) {

@@ -10,6 +10,9 @@ namespace tarnex {
 namespace {
 
 constexpr std::size_t firstBlockSize = 1024;
+// Of what grows without being announced. Molecules that share a block keep each other's memory, so that it is not
+// large.
+constexpr std::size_t largestGrownSize = 16 * 1024;
 constexpr std::size_t largestBlockSize = 64 * 1024;
 
 void* allocateBytes(std::size_t bytes) {
@@ -36,8 +39,8 @@ void GroupPool::release(void* object) noexcept {
 }
 
 void GroupPool::startBlock(std::size_t bytes) {
-    std::size_t const wanted = expected > 0 ? expected : std::max(2 * blockSize, firstBlockSize);
-    std::size_t const room = std::max(bytes, std::min(wanted, largestBlockSize));
+    std::size_t const grown = std::clamp(2 * blockSize, firstBlockSize, largestGrownSize);
+    std::size_t const room = std::max({bytes, grown, std::min(expected, largestBlockSize)});
     auto* fresh = static_cast<Block*>(allocateBytes(sizeof(Block) + room));
     giveUpBlock();
     expected -= std::min(expected, room);

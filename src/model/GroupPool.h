@@ -3,11 +3,13 @@
 #include "foundation/export.h"
 
 #include <cstddef>
+#include <utility>
 
 namespace tarnex {
 
-/// Room for the many small objects of a topology, above all its groups, in blocks instead of one allocation each. An
-/// object out of a pool is deleted like any other and may outlive the pool: each block goes with the last object in it.
+/// Room for the many small objects of a topology, its groups, attributes and values, in blocks instead of one
+/// allocation each. An object out of a pool is deleted like any other and may outlive the pool: each block goes with
+/// the last object in it.
 ///
 ///     topology->addGroup(0, new (pool) MtAtom);
 class TARNEX_API GroupPool {
@@ -15,11 +17,21 @@ public:
     GroupPool() = default;
     GroupPool(GroupPool const&) = delete;
     GroupPool& operator=(GroupPool const&) = delete;
+    /// Goes on filling the block of another pool, which is left without one.
+    GroupPool(GroupPool&& other) noexcept { *this = std::move(other); }
+    GroupPool& operator=(GroupPool&& other) noexcept {
+        giveUpBlock();
+        block = std::exchange(other.block, nullptr);
+        blockSize = std::exchange(other.blockSize, 0);
+        used = std::exchange(other.used, 0);
+        expected = 0;
+        return *this;
+    }
     ~GroupPool() { giveUpBlock(); }
 
     /// Announces `count` objects of this size, so that blocks fit them.
     void expect(std::size_t count, std::size_t bytes) { expected += count * placeFor(bytes); }
-    /// Room for one object of up to a few hundred bytes, aligned for pointers.
+    /// Room for one object of up to a thousand bytes or so, aligned for pointers.
     void* allocate(std::size_t bytes) {
         std::size_t const needed = placeFor(bytes);
         if (used + needed > blockSize) startBlock(needed);

@@ -10,6 +10,7 @@
 #include <typeinfo>
 #include <unordered_map>
 #include <unordered_set>
+#include <utility>
 
 namespace tarnex {
 
@@ -29,7 +30,9 @@ constexpr std::int64_t dataWithoutIndex = 16;
 
 } // namespace
 
-MolTopology::MolTopology() {
+MolTopology::MolTopology() : MolTopology(tarnex::GroupPool()) {}
+
+MolTopology::MolTopology(tarnex::GroupPool&& rest) : groupPool(std::move(rest)) {
     levels.reserve(fewLevels);
     addLevel("", -1, levelKind, -1);
     addLevel("", 0, levelKind, -1);

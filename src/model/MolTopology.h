@@ -23,6 +23,9 @@ public:
     enum FINDING_BEHAVIOUR { FIND = 0, CREATE = 1 };
 
     MolTopology();
+    /// As one of many small molecules that are read one after the other: `groupPool` goes on with the rest of the last
+    /// one's, so that they share blocks of memory.
+    explicit MolTopology(tarnex::GroupPool&& rest);
     /// A deep copy.
     MolTopology(MolTopology const& other);
     MolTopology& operator=(MolTopology const&) = delete;

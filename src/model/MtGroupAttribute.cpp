@@ -23,13 +23,13 @@ MtStringAttribute::~MtStringAttribute() = default;
 void MtStringAttribute::setValue(int group, char const* value) {
     if (!hasGroup(group)) return;
     char const* text = value ? value : "";
-    char const*& slot = values.at(group, *groups);
+    char const*& slot = values.at(group, *groups, pool);
     bool const isSame = slot ? std::strcmp(slot, text) == 0 : *text == 0;
-    if (!isSame) replace(group, slot, texts.store(text));
+    if (!isSame) replace(group, slot, texts.store(text, pool));
 }
 
 void MtStringAttribute::setValue(int group, tarnex::ShortText value) {
-    if (hasGroup(group)) replace(group, values.at(group, *groups), texts.store(value));
+    if (hasGroup(group)) replace(group, values.at(group, *groups, pool), texts.store(value, pool));
 }
 
 void MtStringAttribute::replace(int group, char const*& slot, char const* stored) {
@@ -39,7 +39,7 @@ void MtStringAttribute::replace(int group, char const*& slot, char const* stored
 }
 
 void MtStringAttribute::insertValue(int position) {
-    values.insertUnset(position);
+    values.insertUnset(position, pool);
 }
 
 MtStringAttribute* MtStringAttribute::duplicate(McDArray<MtGroup*> const& groupsOfLevel) const {

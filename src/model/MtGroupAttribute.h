@@ -4,6 +4,7 @@
 #include "foundation/export.h"
 #include "model/GroupPool.h"
 #include "model/MtGroup.h"
+#include "model/PoolArray.h"
 #include "model/TextStore.h"
 
 #include <cstdint>
@@ -35,8 +36,12 @@ protected:
     bool hasGroup(int group) const { return group >= 0 && group < groups->size; }
 
     McDArray<MtGroup*> const* groups;
+    /// Where the values are kept if the topology made this attribute.
+    tarnex::GroupPool* pool = nullptr;
 
 private:
+    friend class MtGroupingLevel;
+
     std::string name;
 };
 
@@ -46,27 +51,29 @@ namespace tarnex {
 template <class T>
 class GroupValues {
 public:
-    T get(int group) const { return group < values.size ? values.data[group] : T{}; }
+    T get(int group) const { return group < values.size() ? values[group] : T{}; }
     /// A reference to the value of one of the level's groups, for which there is as much room as for groups.
-    T& at(int group, McDArray<MtGroup*> const& groups) {
-        if (group == values.size && group < values.capacity)
-            values.data[values.size++] = T{};
-        else if (group >= values.size)
-            growTo(group, groups.capacity);
-        return values.data[group];
+    T& at(int group, McDArray<MtGroup*> const& groups, GroupPool* pool) {
+        if (group == values.size() && group < values.capacity())
+            values.append(T{});
+        else if (group >= values.size())
+            growTo(group, groups.capacity, pool);
+        return values[group];
     }
-    void insertUnset(int position) {
-        if (position < values.size) values.insert(position, T{});
+    void insertUnset(int position, GroupPool* pool) {
+        if (position >= values.size()) return;
+        values.reserve(values.size() + 1, pool);
+        values.insert(position, T{});
     }
-    std::int64_t size() const { return values.size; }
+    std::int64_t size() const { return values.size(); }
 
 private:
-    [[gnu::noinline]] void growTo(int group, std::int64_t room) {
-        values.reserve(group < values.capacity ? values.capacity : room);
-        while (values.size <= group) values.append(T{});
+    [[gnu::noinline]] void growTo(int group, std::int64_t room, GroupPool* pool) {
+        if (group >= values.capacity()) values.reserve(room, pool);
+        while (values.size() <= group) values.append(T{});
     }
 
-    McDArray<T> values;
+    PoolArray<T> values;
 };
 
 /// What the attributes of numbers share.
@@ -75,12 +82,12 @@ class NumberAttribute : public MtGroupAttribute {
 public:
     /// A group that does not exist in the level is ignored.
     void setValue(int group, T value) {
-        if (hasGroup(group)) values.at(group, *groups) = value;
+        if (hasGroup(group)) values.at(group, *groups, pool) = value;
     }
     /// 0 for a value that was never set and for a group that does not exist.
     T getValue(int group) const { return hasGroup(group) ? values.get(group) : T{}; }
 
-    void insertValue(int position) override { values.insertUnset(position); }
+    void insertValue(int position) override { values.insertUnset(position, pool); }
 
 protected:
     using MtGroupAttribute::MtGroupAttribute;

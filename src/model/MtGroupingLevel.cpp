@@ -40,6 +40,7 @@ Attribute* MtGroupingLevel::findOrCreate(char const* attributeName, FindingBehav
     auto* attribute = find<Attribute>(attributeName);
     if (!attribute && behaviour == CREATE) {
         attribute = pool ? new (*pool) Attribute(attributeName, groups) : new Attribute(attributeName, groups);
+        attribute->pool = pool;
         if (attributes.size == 0) attributes.reserve(fewAttributes);
         attributes.append(attribute);
     }

@@ -2,6 +2,7 @@
 
 #include "foundation/McDArray.h"
 #include "foundation/ShortText.h"
+#include "model/GroupPool.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -17,8 +18,9 @@ public:
     TextStore& operator=(TextStore const&) = delete;
     ~TextStore();
 
-    char const* store(char const* text);
-    char const* store(ShortText text);
+    /// The first, small blocks stand in the pool; it may be null.
+    char const* store(char const* text, GroupPool* pool);
+    char const* store(ShortText text, GroupPool* pool);
 
 private:
     struct Recent {
@@ -31,9 +33,10 @@ private:
         Block* previous;
     };
 
+    bool usesTable();
     Recent* placeOf(std::uint64_t hash);
-    char* allocate(std::size_t bytes, std::size_t room);
-    void startBlock(std::size_t room);
+    char* allocate(std::size_t bytes, std::size_t room, GroupPool* pool);
+    void startBlock(std::size_t room, GroupPool* pool);
 
     Block* block = nullptr;
     std::size_t blockSize = 0;

@@ -56,9 +56,10 @@ public:
     /// Reads what follows the line of the molecule record. Null if the user stopped the work. Throws `Parse_Error` for
     /// a malformed molecule.
     MolTrajectory* read() {
-        topology = new MolTopology;
+        topology = new MolTopology(std::move(pool));
         readHeader();
         if (!readAtoms() || !readBonds()) return nullptr;
+        pool = std::move(topology->groupPool);
         return new MolTrajectoryMem(topology, std::move(coords));
     }
 
@@ -83,6 +84,7 @@ private:
     tokenizer& scanner;
     Progress const& progress;
 
+    tarnex::GroupPool pool; // between two molecules
     McHandle<MolTopology> topology;
     McDArray<McVec3f> coords;
     tarnex::tripos::CountsLine counts;

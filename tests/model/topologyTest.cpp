@@ -178,6 +178,26 @@ TEST_F(TopologyTest, copiesDeeply) {
     EXPECT_EQ(dynamic_cast<MtDynamicGroup&>(*copy->levels[chains]->groups[0]).members.size, 1);
 }
 
+TEST(SharedPool, keepsTheMemoryOfMoleculesThatOutliveEachOther) {
+    tarnex::GroupPool pool;
+    std::unique_ptr<MolTopology> kept;
+    for (int i = 0; i < 100; ++i) {
+        auto topology = std::make_unique<MolTopology>(std::move(pool));
+        auto* names = topology->getLevel(0)->stringAttribute("name", MtGroupingLevel::CREATE, true);
+        for (int atom = 0; atom < 20; ++atom) {
+            topology->addGroup(0, new (topology->groupPool) MtAtom);
+            names->setValue(atom, ("a long name " + std::to_string(100 * i + atom)).c_str());
+        }
+        pool = std::move(topology->groupPool);
+        if (i == 50) kept = std::move(topology);
+    }
+    auto* names = kept->getLevel(0)->stringAttribute("name", MtGroupingLevel::FIND, true);
+    kept->insertGroup(0, new (kept->groupPool) MtAtom, 3);
+    EXPECT_STREQ(names->getValue(2), "a long name 5002");
+    EXPECT_STREQ(names->getValue(3), "");
+    EXPECT_STREQ(names->getValue(20), "a long name 5019");
+}
+
 /// Groups move up by 10; group 5 is removed.
 struct Renumbering : MtGroupRefTranslator {
     MtGroupRef translate(MtGroupRef ref) override { return {ref.levelIx, ref.groupIx == 5 ? -1 : ref.groupIx + 10}; }

@@ -43,6 +43,7 @@ public:
     /// Takes the next token that ends in the piece; false if there is none.
     bool take(char const*& begin, char const*& end) {
         if (!ends) return false;
+        if (!begins) __builtin_unreachable(); // each end has a beginning ahead of it
         begin = text + std::countr_zero(begins);
         end = text + std::countr_zero(ends);
         begins &= begins - 1;

@@ -1,49 +1,24 @@
 #include "amber/AMBERread.h"
 
 #include "amberSamples.h"
-#include "model/MtListGroups.h"
 #include "support/RecordingProgress.h"
-#include "support/files.h"
-
-#include <filesystem>
-#include <gmock/gmock.h>
-#include <sstream>
+#include "support/model.h"
+#include "support/testing.h"
 
 namespace {
 
 using namespace tarnex::test;
-using testing::ElementsAre;
-using Pair = std::pair<int, int>;
-constexpr auto FIND = MtGroupingLevel::FIND;
 
 McHandle<Molecule> read(std::string const& text, std::ostream* messages = nullptr) {
     return AMBERread(messages, nullptr).read(writeFile("in.top", text).c_str(), 0, {}, {});
 }
 
-std::vector<Pair> residuesOf(Molecule& molecule) {
-    std::vector<Pair> ranges;
-    MolTopology* topology = molecule.getTopology();
-    for (MtGroup* group : topology->getLevel(topology->getLevelIx("residues"))->groups) {
-        auto const& range = dynamic_cast<MtIntraLevelRange&>(*group);
-        ranges.emplace_back(range.first, range.last);
-    }
-    return ranges;
+std::string residuesOf(Molecule& molecule) {
+    return groupsOf(levelOf(molecule.getTopology(), "residues"));
 }
 
-std::vector<Pair> bondsOf(Molecule& molecule) {
-    std::vector<Pair> bonds;
-    for (MtGroup* group : molecule.getTopology()->getLevel(1)->groups) {
-        bonds.emplace_back((*group)[0].groupIx, (*group)[1].groupIx);
-    }
-    return bonds;
-}
-
-std::vector<int> elementsOf(Molecule& molecule) {
-    std::vector<int> numbers;
-    MtGroupingLevel* atoms = molecule.getTopology()->getLevel(0);
-    auto const* attribute = atoms->integerAttribute("atomic_number", FIND, true);
-    for (int i = 0; i < atoms->groups.size; ++i) numbers.push_back(attribute->getValue(i));
-    return numbers;
+std::string elementsOf(Molecule& molecule) {
+    return valuesOf(molecule.getTopology(), 0, "atomic_number");
 }
 
 /// Twelve atoms, of which the last four tell whether the walk has kept its step to the end.
@@ -55,35 +30,19 @@ AmberText sample() {
             .ntypes = 4,
             .passed = 13};
 }
-std::vector<int> const sampleElements = {6, 6, 7, 1, 0, 0, 17, 8, 1, 6, 7, 8};
+constexpr char const* sampleElements = "6|6|7|1|0|0|17|8|1|6|7|8";
 
 TEST(AMBERread, WalksThroughAllBlocks) {
     writeFile("in.crd", restartText(12));
     auto const molecule = read(sample().text());
-    MolTopology* topology = molecule->getTopology();
-    MtGroupingLevel* atoms = topology->getLevel(0);
-    ASSERT_EQ(atoms->groups.size, 12);
-    std::string attributes;
-    for (MtGroupAttribute* attribute : atoms->attributes) attributes += std::string(attribute->getName()) + " ";
-    EXPECT_EQ(attributes, "atomic_number charge type atom_mass ");
-    EXPECT_STREQ(atoms->stringAttribute("type", FIND, true)->getValue(11), "A12");
-    EXPECT_EQ(atoms->floatAttribute("charge", FIND, true)->getValue(0), 1.0F);
-    EXPECT_EQ(atoms->floatAttribute("charge", FIND, true)->getValue(11), 12.0F);
-    EXPECT_EQ(atoms->floatAttribute("atom_mass", FIND, true)->getValue(11), 12.5F);
-    EXPECT_EQ(elementsOf(*molecule), sampleElements);
-    EXPECT_EQ(molecule->coords[11], McVec3f(12.0F, 12.1F, 12.2F));
-
-    EXPECT_THAT(residuesOf(*molecule), ElementsAre(Pair(0, 4), Pair(5, 8), Pair(9, 11)));
-    MtGroupingLevel* residues = topology->getLevel(2);
-    EXPECT_STREQ(residues->stringAttribute("type", FIND, true)->getValue(2), "R3");
-    EXPECT_STREQ(residues->stringAttribute("name", FIND, true)->getValue(2), "");
     // Bonds of atoms that do not exist are left out; offsets between those of two atoms count for the first of them.
-    EXPECT_THAT(bondsOf(*molecule),
-                ElementsAre(Pair(0, 1), Pair(1, 1), Pair(2, 3), Pair(3, 4), Pair(4, 5), Pair(11, 10)));
-    EXPECT_EQ(topology->getLevel(1)->integerAttribute("type", FIND, true)->getValue(5), 1);
-    EXPECT_EQ(atoms->flags, MtGroupingLevel(nullptr, 0, 0, 0).flags);
-    EXPECT_EQ(topology->getLevel(1)->flags, MtGroupingLevel::flagBit1);
-    EXPECT_EQ(residues->flags, MtGroupingLevel::flagBit0 | MtGroupingLevel::flagBit1 | MtGroupingLevel::segmentation);
+    EXPECT_EQ(describe(molecule->getTopology()),
+              ";\natoms(-1) flags 35: 12 atomic_number=" + std::string(sampleElements) +
+                  " charge=1|2|3|4|5|6|7|8|9|10|11|12 type=A1|A2|A3|A4|A5|A6|A7|A8|A9|A10|A11|A12 "
+                  "atom_mass=1.5|2.5|3.5|4.5|5.5|6.5|7.5|8.5|9.5|10.5|11.5|12.5\n"
+                  "bonds(0) flags 2: 0,1|1,1|2,3|3,4|4,5|11,10 type=1|1|1|1|1|1\n"
+                  "residues(0) flags 19: 0-4|5-8|9-11 type=R1|R2|R3 name=||");
+    EXPECT_EQ(molecule->coords[11], McVec3f(12.0F, 12.1F, 12.2F));
 }
 
 TEST(AMBERread, LengthsOfBlocks) {
@@ -92,7 +51,7 @@ TEST(AMBERread, LengthsOfBlocks) {
         for (int const count : {0, 1, 5, 12}) {
             AmberText text{.symbols = std::vector<std::string>(static_cast<std::size_t>(natom), "N"), .pointers = {}};
             text.passed = text.ntypes = count;
-            EXPECT_EQ(elementsOf(*read(text.text())), std::vector<int>(static_cast<std::size_t>(natom), 7));
+            EXPECT_EQ(elementsOf(*read(text.text())), joined(natom, [](int) { return "7"; }));
         }
     }
 }
@@ -100,24 +59,24 @@ TEST(AMBERread, LengthsOfBlocks) {
 TEST(AMBERread, Residues) {
     AmberText text = sample();
     text.pointers = {1};
-    EXPECT_THAT(residuesOf(*read(text.text())), ElementsAre(Pair(1, 11)));
+    EXPECT_EQ(residuesOf(*read(text.text())), "1-11");
     // Behind a full line of pointers a line more is passed.
     text.pointers = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12};
     EXPECT_NE(elementsOf(*read(text.text())), sampleElements);
     text.behindPointers = "a line\n";
     EXPECT_EQ(elementsOf(*read(text.text())), sampleElements);
-    EXPECT_EQ(residuesOf(*read(text.text())).back(), Pair(12, 11));
+    EXPECT_THAT(residuesOf(*read(text.text())), EndsWith("|12-11"));
     text.pointers.push_back(13);
     text.behindPointers = "";
     EXPECT_EQ(elementsOf(*read(text.text())), sampleElements);
-    EXPECT_EQ(residuesOf(*read(text.text()))[11], Pair(12, 12));
+    EXPECT_THAT(residuesOf(*read(text.text())), HasSubstr("|12-12"));
 }
 
 TEST(AMBERread, CountersAndLinesAheadOfTheSymbols) {
     AmberText text = sample();
     text.nphb = 1;
     // The symbols are looked for three lines behind their place.
-    EXPECT_EQ(elementsOf(*read(text.text())), std::vector<int>(12, 0));
+    EXPECT_EQ(elementsOf(*read(text.text())), joined(12, [](int) { return "0"; }));
 
     std::string const noAtoms = AmberText{.symbols = {}, .pointers = {}}.text();
     auto const empty = read(noAtoms);
@@ -129,8 +88,7 @@ TEST(AMBERread, CountersAndLinesAheadOfTheSymbols) {
         integers({0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0});
     counters.insert(counters.size() - 1, "LBL ");
     auto const residueOnly = read("title\n" + counters + "     5\n");
-    MtGroupingLevel* residues = residueOnly->getTopology()->getLevel(2);
-    EXPECT_STREQ(residues->stringAttribute("type", FIND, true)->getValue(0), "LBL");
+    EXPECT_EQ(valuesOf(residueOnly->getTopology(), 2, "type"), "LBL");
     // On the first line a number takes the six columns from the second on.
     EXPECT_EQ(read("title\n123456\n")->getNumAtoms(), 23456);
     EXPECT_EQ(read("title\n    123\n")->getNumAtoms(), 123);
@@ -183,7 +141,7 @@ TEST(AMBERread, EveryCutIsSurvived) {
     for (std::size_t length = 0; length < whole.size(); length += 3) {
         auto const molecule = read(whole.substr(0, length));
         EXPECT_EQ(molecule->getNumAtoms(), length < 11 ? 0 : length < 12 ? 1 : 12) << length;
-        for (Pair const& bond : bondsOf(*molecule)) EXPECT_LT(bond.first, 12);
+        for (MtGroup const* bond : molecule->getTopology()->getLevel(1)->groups) EXPECT_LT((*bond)[0].groupIx, 12);
     }
 }
 

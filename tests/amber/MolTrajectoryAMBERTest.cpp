@@ -2,14 +2,12 @@
 
 #include "amber/AMBERread.h"
 #include "amberSamples.h"
-#include "support/files.h"
+#include "support/testing.h"
 #include "textio/slowScanner.h"
 
 #include <bit>
 #include <cstdint>
 #include <cstdlib>
-#include <filesystem>
-#include <gtest/gtest.h>
 #include <random>
 
 namespace {

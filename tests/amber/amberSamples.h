@@ -47,36 +47,15 @@ struct AmberText {
         auto const natom = static_cast<int>(symbols.size());
         auto const nres = static_cast<int>(pointers.size());
         auto const bonds = [](std::vector<int> const& triples) { return static_cast<int>(triples.size()) / 3; };
-        std::string all = "title\n" + integers({natom,
-                                                ntypes,
-                                                bonds(bondsWithHydrogen),
-                                                7,
-                                                passed,
-                                                7,
-                                                passed,
-                                                7,
-                                                7,
-                                                7,
-                                                passed,
-                                                nres,
-                                                bonds(bondsWithout),
-                                                passed,
-                                                passed,
-                                                passed,
-                                                passed,
-                                                passed,
-                                                passed,
-                                                nphb,
-                                                7,
-                                                7,
-                                                7,
-                                                7,
-                                                7,
-                                                7,
-                                                7,
-                                                7,
-                                                7,
-                                                7});
+        std::vector<int> counters(30, 7); // those that count nothing
+        counters[0] = natom;
+        counters[1] = ntypes;
+        counters[2] = bonds(bondsWithHydrogen);
+        for (unsigned const i : {4U, 6U, 10U, 13U, 14U, 15U, 16U, 17U, 18U}) counters[i] = passed;
+        counters[11] = nres;
+        counters[12] = bonds(bondsWithout);
+        counters[19] = nphb;
+        std::string all = "title\n" + integers(counters);
         all += block(natom, 20, [](int i) { return formatted("A%-3.0f", i + 1); });
         all += block(natom, 5, [](int i) { return formatted("%16.8E", 18.2223 * (i + 1)); });
         all += block(natom, 5, [](int i) { return formatted("%16.8E", i + 1.5); });

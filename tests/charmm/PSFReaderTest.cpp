@@ -1,39 +1,8 @@
 #include "charmmSamples.h"
-#include "chemistry/ElementTable.h"
-
-#include <gmock/gmock.h>
-#include <sstream>
 
 namespace {
 
 using namespace tarnex::test;
-
-/// The values of each atom, the bonds, and the members of the groups of all levels, a line each.
-std::string describe(MolTopology& topology) {
-    std::ostringstream text;
-    for (int l = 0; l < topology.levels.size; ++l) {
-        MtGroupingLevel& level = *topology.levels[l];
-        text << (l == 0 ? "atoms" : l == 1 ? "bonds" : level.getName()) << '\n';
-        for (int g = 0; g < level.groups.size; ++g) {
-            MtGroup const& group = *level.groups[g];
-            auto const string = [&](char const* name) {
-                auto const* values = level.stringAttribute(name, MtGroupingLevel::FIND, true);
-                if (values) text << values->getValue(g) << (l == 0 || group.size() > 0 ? " " : "");
-            };
-            string("type");
-            string("type_name");
-            string("name");
-            if (l == 0) {
-                text << level.integerAttribute("atomic_number", MtGroupingLevel::FIND, true)->getValue(g) << ' '
-                     << level.floatAttribute("charge", MtGroupingLevel::FIND, true)->getValue(g) << ' '
-                     << level.floatAttribute("mass", MtGroupingLevel::FIND, true)->getValue(g);
-            }
-            for (int i = 0; i < group.size(); ++i) text << (i > 0 ? " " : "") << group[i].groupIx;
-            text << '\n';
-        }
-    }
-    return text.str();
-}
 
 /// All groups and values of a topology, or the message of the failure.
 std::string readTopology(std::string const& psf) {
@@ -45,7 +14,7 @@ std::string readTopology(std::string const& psf) {
     } catch (DCDException const& exception) {
         return static_cast<char const*>(exception.message);
     }
-    return describe(*trajectory.getTopology());
+    return describe(trajectory.getTopology());
 }
 
 std::string missing(std::string const& token) {
@@ -54,31 +23,14 @@ std::string missing(std::string const& token) {
 
 TEST(PSFReader, FillsAllLevels) {
     testing::internal::CaptureStderr();
-    EXPECT_EQ(readTopology(PsfText()), "atoms\n"
-                                       "OH2 OT 8 -0.834 15.9994\nH1 HT 1 0.417 1.008\nH2 HT 1 0.417 1.008\n"
-                                       "OH2 OT 8 -0.834 15.9994\nH1 HT 1 0.417 1.008\nH2 HT 1 0.417 1.008\n"
-                                       "bonds\n0 1\n0 2\n3 4\n3 5\n"
-                                       "residues\nTIP3 0 1 2\nTIP3 3 4 5\n"
-                                       "angles\n1 0 2\n4 3 5\n"
-                                       "dihedrals\n0 1 2 3\n"
-                                       "imp_dihedrals\n3 2 1 0\n"
-                                       "donors\n0 1\n3 4\n"
-                                       "acceptors\n");
+    EXPECT_EQ(readTopology(PsfText()),
+              "DCD;\natoms(-1) flags 3: 6 atomic_number=8|1|1|8|1|1 radius=1.52|1.2|1.2|1.52|1.2|1.2 "
+              "charge=-0.834|0.417|0.417|-0.834|0.417|0.417 mass=15.9994|1.008|1.008|15.9994|1.008|1.008 "
+              "type=OH2|H1|H2|OH2|H1|H2 type_name=OT|HT|HT|OT|HT|HT\nbonds(0) flags 2: 0,1|0,2|3,4|3,5\n"
+              "residues(0) flags 35: 0-2|3-5 name=TIP3|TIP3\nangles(0) flags 3: 1,0,2|4,3,5\n"
+              "dihedrals(0) flags 3: 0,1,2,3\nimp_dihedrals(0) flags 3: 3,2,1,0\n"
+              "donors(0) flags 3: 0,1|3,4\nacceptors(0) flags 3: ");
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
-}
-
-TEST(PSFReader, FlagsAndRadii) {
-    OpenedTrajectory const opened(PsfText{}, DcdBytes{});
-    MolTopology& topology = *opened.trajectory->getTopology();
-    using Level = MtGroupingLevel;
-    int const allFlags = Level::flagBit0 | Level::flagBit1 | Level::flagBit5;
-    int const expected[] = {allFlags & ~Level::flagBit5, Level::flagBit1, allFlags};
-    for (int level = 0; level < topology.levels.size; ++level) {
-        EXPECT_EQ(topology.levels[level]->flags, expected[level > 2 ? 0 : level]) << level;
-    }
-    EXPECT_EQ(topology.levels[0]->floatAttribute("radius", Level::FIND, true)->getValue(0),
-              tarnex::elementTable().getElement("O", false)->getRadius());
-    EXPECT_EQ(topology.levels[1]->attributes.size, 0);
 }
 
 TEST(PSFReader, ElementsComeFromTheNames) {
@@ -86,8 +38,8 @@ TEST(PSFReader, ElementsComeFromTheNames) {
     psf.atoms = "8 !NATOM\n1 S 1 R CA c 0 0 0 2 S 1 R Ca c 0 0 0 3 S 1 R HG11 c 0 0 0 4 S 1 R Fe2 c 0 0 0\n"
                 "5 S 1 R C c 0 0 0 6 S 1 R 1H c 0 0 0 7 S 1 R QQ c 0 0 0 8 S 1 R Zn c 0 0 0\n";
     std::string const text = readTopology(psf);
-    EXPECT_THAT(text, testing::StartsWith("atoms\nCA c 6 0 0\nCa c 20 0 0\nHG11 c 1 0 0\nFe2 c 26 0 0\nC c 6 0 0\n"
-                                          "1H c 0 0 0\nQQ c 0 0 0\nZn c 30 0 0\n"));
+    EXPECT_THAT(text, HasSubstr(" type=CA|Ca|HG11|Fe2|C|1H|QQ|Zn "));
+    EXPECT_THAT(text, HasSubstr(" atomic_number=6|20|1|26|6|0|0|30 "));
 }
 
 TEST(PSFReader, NumbersOfAtomsAndResiduesNeedNoOrder) {
@@ -98,7 +50,7 @@ TEST(PSFReader, NumbersOfAtomsAndResiduesNeedNoOrder) {
     std::string const text = readTopology(psf);
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "Warning: Expected atom nr. 3 but found nr. 4 !\n"
                                                       "Warning: Expected atom nr. 6 but found nr. -2147483648 !\n");
-    EXPECT_THAT(text, testing::HasSubstr("residues\nB 1 2\nC 3\nD 4\n"));
+    EXPECT_THAT(text, HasSubstr("\nresidues(0) flags 35: 1-2|3-3|4-4 name=B|C|D\n"));
 }
 
 TEST(PSFReader, SectionsAnnounceThemselves) {
@@ -138,12 +90,12 @@ TEST(PSFReader, CountsThatAreTooLargeOrNegative) {
     psf.atoms.replace(psf.atoms.find("6 "), 2, "2000000000 ");
     EXPECT_EQ(readTopology(psf), missing("!NBOND: bonds"));
     EXPECT_EQ(readTopology(PsfText{.bonds = "2147483647 !NBOND: bonds\n1 2 3"}), missing("!NTHETA: angles"));
-    EXPECT_THAT(readTopology(PsfText{.bonds = "-4 !NBOND: bonds\n"}), testing::HasSubstr("bonds\nresidues"));
+    EXPECT_THAT(readTopology(PsfText{.bonds = "-4 !NBOND: bonds\n"}), HasSubstr("bonds(0) flags 2: \nresidues"));
     EXPECT_THAT(readTopology(PsfText{.acceptors = "2000000000 !NACC: acceptors\n1 2 3"}),
-                testing::EndsWith("acceptors\n0 1\n"));
+                EndsWith("\nacceptors(0) flags 3: 0,1"));
     // Groups of atoms that do not exist are left out.
     EXPECT_THAT(readTopology(PsfText{.bonds = "3 !NBOND: bonds\n1 7 0 2 -2147483648 1\n"}),
-                testing::HasSubstr("bonds\nresidues"));
+                HasSubstr("bonds(0) flags 2: \nresidues"));
 }
 
 } // namespace

@@ -1,15 +1,12 @@
 #pragma once
 
 #include "charmm/MolTrajectoryDCD.h"
-#include "model/Molecule.h"
-#include "model/MtListGroups.h"
-#include "support/files.h"
+#include "support/model.h"
+#include "support/testing.h"
 
 #include <algorithm>
 #include <bit>
 #include <cstdint>
-#include <string>
-#include <vector>
 
 namespace tarnex::test {
 

@@ -4,20 +4,18 @@
 #include "chemistry/ElementTable.h"
 #include "model/Molecule.h"
 #include "model/members.h"
+#include "support/testing.h"
 
 #include <cmath>
-#include <gmock/gmock.h>
 #include <limits>
 #include <random>
-#include <sstream>
-#include <string>
 #include <utility>
-#include <vector>
 
 namespace {
 
+using namespace tarnex::test;
+
 using testing::Contains;
-using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::IsSupersetOf;
 using testing::Not;

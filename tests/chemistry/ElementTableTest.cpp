@@ -1,12 +1,13 @@
 #include "chemistry/ElementTable.h"
 
+#include "support/testing.h"
+
 #include <cctype>
 #include <climits>
-#include <gtest/gtest.h>
-#include <sstream>
-#include <string>
 
 namespace {
+
+using namespace tarnex::test;
 
 using molchem::Element;
 using molchem::ElementTable;

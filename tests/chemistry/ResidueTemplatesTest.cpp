@@ -1,17 +1,17 @@
 #include "chemistry/ResidueTemplates.h"
 
 #include "chemistry/ElementTable.h"
+#include "support/testing.h"
 
 #include <algorithm>
-#include <gtest/gtest.h>
 #include <map>
 #include <set>
-#include <sstream>
 #include <stdexcept>
-#include <string>
 #include <utility>
 
 namespace {
+
+using namespace tarnex::test;
 
 using tarnex::ResidueKind;
 using tarnex::ResidueTemplate;

@@ -4,16 +4,15 @@
 #include "model/Molecule.h"
 #include "model/members.h"
 #include "qlt/MolTrajectoryVRK.h"
+#include "support/testing.h"
 
 #include <algorithm>
-#include <filesystem>
-#include <fstream>
-#include <gtest/gtest.h>
 #include <set>
-#include <string>
 #include <utility>
 
 namespace {
+
+using namespace tarnex::test;
 
 namespace fs = std::filesystem;
 

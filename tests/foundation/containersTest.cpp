@@ -1,15 +1,15 @@
 #include "foundation/McDArray.h"
 #include "foundation/McHandle.h"
 #include "foundation/McString.h"
+#include "support/testing.h"
 
 #include <algorithm>
-#include <gtest/gtest.h>
 #include <random>
 #include <stdexcept>
-#include <string>
-#include <vector>
 
 namespace {
+
+using namespace tarnex::test;
 
 TEST(McDArray, growsByHalfAndNeverShrinks) {
     McDArray<int> array;

@@ -1,15 +1,13 @@
 #include "foundation/McFilename.h"
 #include "foundation/McHashTable.h"
 #include "foundation/McRawData.h"
+#include "support/testing.h"
 
-#include <cstdio>
-#include <gtest/gtest.h>
-#include <memory>
 #include <random>
-#include <string>
-#include <vector>
 
 namespace {
+
+using namespace tarnex::test;
 
 TEST(McHashTable, findsOrCreates) {
     McHashTable<long, int> table(-1);

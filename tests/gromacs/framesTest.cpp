@@ -2,11 +2,9 @@
 #include "gromacs/MolTrajectoryGROMACS.h"
 #include "gromacs/MolTrajectoryGROMACS_SINGLE.h"
 #include "samples.h"
-#include "support/files.h"
-#include "support/printed.h"
+#include "support/testing.h"
 
 #include <climits>
-#include <gtest/gtest.h>
 
 namespace {
 

@@ -1,13 +1,10 @@
 #pragma once
 
-#include "model/MolTrajectory.h"
-#include "model/Molecule.h"
-#include "model/MtListGroups.h"
+#include "support/model.h"
 
 #include <bit>
 #include <cstdint>
 #include <memory>
-#include <string>
 
 namespace tarnex::test {
 
@@ -62,8 +59,7 @@ struct Frame {
 
 /// Atoms in residues of two, bonded in a chain; the coordinates count up from 0.
 inline std::unique_ptr<Molecule> makeChain(int numAtoms) {
-    auto* topology = new MolTopology;
-    for (int i = 0; i < numAtoms; ++i) topology->addGroup(0, new MtAtom);
+    MolTopology* topology = newTopology(numAtoms);
     for (int i = 1; i < numAtoms; ++i) topology->addBond(new MtBond(i - 1, i));
     int const level = topology->addLevel("residues", 0, 12, -1);
     for (int i = 0; i < numAtoms; i += 2) {

@@ -2,41 +2,24 @@
 #include "gromacs/MolTrajectoryGROMACS.h"
 #include "gromacs/MolTrajectoryGROMACS_SINGLE.h"
 #include "gromacs/samples.h"
-#include "support/files.h"
-
-#include <cstdio>
-#include <cstdlib>
-#include <gmock/gmock.h>
+#include "interop/programs.h"
 
 namespace {
 
 using namespace tarnex::test;
-using testing::HasSubstr;
 
 constexpr int numAtoms = 12;
 constexpr int numSteps = 3;
-
-/// Everything that a command says.
-std::string run(std::string const& command) {
-    std::string output;
-    FILE* pipe = popen((command + " 2>&1 </dev/null").c_str(), "r");
-    char block[4096];
-    while (std::size_t const count = std::fread(block, 1, sizeof block, pipe)) output.append(block, count);
-    pclose(pipe);
-    return output;
-}
 
 /// GROMACS in mixed precision, which writes single, and in double precision.
 class Gromacs : public testing::Test {
 protected:
     void SetUp() override {
-        if (std::system("command -v gmx >/dev/null && command -v gmx_d >/dev/null") != 0) {
-            GTEST_SKIP() << "GROMACS is not installed";
+        if (!succeeds("command -v gmx && command -v gmx_d")) GTEST_SKIP() << "GROMACS is not installed";
+        for (int i = 0; i < numAtoms; ++i) {
+            setText(molecule->getTopology(), 0, "type", i, i % 2 ? "HW1" : "OW");
+            setText(molecule->getTopology(), 2, "type", i / 2, "SOL");
         }
-        auto* types = molecule->getTopology()->getLevel(0)->stringAttribute("type", MtGroupingLevel::CREATE, true);
-        for (int i = 0; i < numAtoms; ++i) types->setValue(i, i % 2 ? "HW1" : "OW");
-        auto* names = molecule->getTopology()->getLevel(2)->stringAttribute("type", MtGroupingLevel::CREATE, true);
-        for (int i = 0; i < numAtoms / 2; ++i) names->setValue(i, "SOL");
         trajectory = new MovingTrajectory(*molecule, numSteps);
         ASSERT_EQ(GROMACSwrite(nullptr, nullptr).writeGROMACSMolTrajectory(trajectory, path("ours").c_str()), 1);
     }
@@ -72,17 +55,17 @@ McDArray<McVec3f> positionsOfDump(std::string const& dump) {
 }
 
 TEST_F(Gromacs, ReadsOurFrames) {
-    std::string const check = run("gmx check -f '" + path("ours.trr") + "'");
+    std::string const check = output("gmx check -f '" + path("ours.trr") + "' 2>&1");
     EXPECT_THAT(check, HasSubstr("trr version: GMX_trn_file (double precision)"));
     EXPECT_THAT(check, HasSubstr("# Atoms  12"));
     EXPECT_THAT(check, testing::ContainsRegex("Coords +3 "));
     McDArray<McVec3f> expected;
     for (int i = 0; i < numSteps; ++i) expected.insert(expected.size, numAtoms, stepWritten(i).data);
-    expectNear(positionsOfDump(run("gmx dump -f '" + path("ours.trr") + "'")), expected, 2e-5F);
+    expectNear(positionsOfDump(output("gmx dump -f '" + path("ours.trr") + "'")), expected, 2e-5F);
 }
 
 TEST_F(Gromacs, ReadsOurStructureAndWritesOneThatWeRead) {
-    run("gmx editconf -f '" + path("ours.gro") + "' -o '" + path("theirs.gro") + "'");
+    output("gmx editconf -f '" + path("ours.gro") + "' -o '" + path("theirs.gro") + "'");
     std::unique_ptr<Molecule> const theirs(GROMACSread(nullptr, nullptr).readGRO(path("theirs.gro").c_str()));
     ASSERT_TRUE(theirs);
     expectNear(theirs->coords, stepWritten(0), 0.011F);
@@ -103,8 +86,8 @@ void expectSteps(std::string const& file, MolTrajectory& written, Molecule& expe
 }
 
 TEST_F(Gromacs, WritesFramesInBothPrecisionsThatWeRead) {
-    run("gmx trjconv -f '" + path("ours.trr") + "' -o '" + path("single.trr") + "'");
-    run("gmx_d trjconv -f '" + path("ours.trr") + "' -o '" + path("double.trr") + "'");
+    output("gmx trjconv -f '" + path("ours.trr") + "' -o '" + path("single.trr") + "'");
+    output("gmx_d trjconv -f '" + path("ours.trr") + "' -o '" + path("double.trr") + "'");
     expectSteps<MolTrajectoryGROMACS_SINGLE>(path("single.trr"), *trajectory, *molecule);
     expectSteps<MolTrajectoryGROMACS>(path("double.trr"), *trajectory, *molecule);
     EXPECT_EQ(GROMACSread(nullptr, nullptr).checkFormat(path("double.trr").c_str()), 2);

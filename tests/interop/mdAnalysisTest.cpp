@@ -1,38 +1,29 @@
 #include "charmm/charmmSamples.h"
-
-#include <cstdio>
-#include <cstdlib>
+#include "interop/programs.h"
 
 namespace {
 
 using namespace tarnex::test;
 
-std::string const python = "/usr/bin/python3 -W ignore -c ";
-
-/// Every coordinate that MDAnalysis finds in a DCD file, frame by frame.
-std::vector<float> coordinatesOf(std::string const& dcd) {
-    std::string const script = "from MDAnalysis.lib.formats.libdcd import DCDFile; "
-                               "[print(float(v).hex()) for f in DCDFile('" +
-                               dcd + "') for v in f.xyz.flatten()]";
-    std::vector<float> values;
-    FILE* pipe = popen((python + "\"" + script + "\" 2>/dev/null").c_str(), "r");
-    for (char line[100]; std::fgets(line, sizeof line, pipe);) values.push_back(std::strtof(line, nullptr));
-    pclose(pipe);
-    return values;
-}
-
 TEST(MDAnalysis, ReadsTheSameCoordinatesFromDcd) {
-    if (std::system((python + "'import MDAnalysis' 2>/dev/null").c_str()) != 0) GTEST_SKIP() << "not installed";
+    std::string const python = "/usr/bin/python3 -W ignore -c ";
+    if (!succeeds(python + "'import MDAnalysis'")) GTEST_SKIP() << "not installed";
     for (bool const swapped : {false, true}) {
         OpenedTrajectory const opened(PsfText(), DcdBytes{.numFrames = 3, .swapped = swapped});
-        std::vector<float> const expected = coordinatesOf(scratchPath("in.dcd"));
-        std::vector<float> ours;
+        std::string const theirs = output(python +
+                                          "\"from MDAnalysis.lib.formats.libdcd import DCDFile; "
+                                          "[print(float(v).hex()) for f in DCDFile('" +
+                                          scratchPath("in.dcd") + "') for v in f.xyz.flatten()]\"");
+        std::istringstream values(theirs);
         Molecule molecule(opened.trajectory->getTopology(), false);
         for (int step = 0; step < 3; ++step) {
             ASSERT_TRUE(opened.trajectory->getTimeStep(step, &molecule));
-            for (McVec3f const& place : molecule.coords) ours.insert(ours.end(), {place.x, place.y, place.z});
+            for (int i = 0; i < 3 * molecule.coords.size; ++i) {
+                std::string value;
+                values >> value;
+                EXPECT_EQ(molecule.coords[i / 3][i % 3], std::strtof(value.c_str(), nullptr));
+            }
         }
-        EXPECT_EQ(ours, expected);
     }
 }
 

@@ -1,29 +1,17 @@
 #include "chemistry/Resource.h"
+#include "interop/programs.h"
 #include "mdl/MDLIO.h"
 #include "pdb/PDBread.h"
 #include "pdb/PDBwrite.h"
-#include "support/files.h"
 #include "tripos/TriposIO.h"
 
-#include <cstdio>
-#include <cstdlib>
-#include <gtest/gtest.h>
+#include <array>
 #include <map>
 #include <regex>
 
 namespace {
 
 using namespace tarnex::test;
-
-/// What a command writes to standard output; its messages are dropped.
-std::string output(std::string const& command) {
-    std::string text;
-    FILE* pipe = popen((command + " 2>/dev/null").c_str(), "r");
-    char block[4096];
-    while (std::size_t const count = std::fread(block, 1, sizeof block, pipe)) text.append(block, count);
-    pclose(pipe);
-    return text;
-}
 
 /// What Open Babel makes of a file in another format.
 std::string obabel(std::string const& file, std::string const& format) {
@@ -48,8 +36,14 @@ std::string smiles(std::string const& file) {
     return result;
 }
 
-TEST(OpenBabel, ReadsTheAtomsBondsAndChargesOfOurSdf) {
-    if (std::system("command -v obabel >/dev/null") != 0) GTEST_SKIP() << "Open Babel is not installed";
+class OpenBabel : public testing::Test {
+protected:
+    void SetUp() override {
+        if (!succeeds("command -v obabel")) GTEST_SKIP() << "Open Babel is not installed";
+    }
+};
+
+TEST_F(OpenBabel, ReadsTheAtomsBondsAndChargesOfOurSdf) {
     std::string const original = TARNEX_EXAMPLES "/ligands.sdf";
     std::string const ours = scratchPath("ours.sdf");
     auto const bundle = MDLIO(nullptr, nullptr).readMDLMolTrajectoryBundle(original.c_str());
@@ -74,23 +68,8 @@ std::string writeMol2() {
     return file;
 }
 
-TEST(OpenBabel, CountsTheAtomsAndBondsOfOurMol2) {
-    if (std::system("command -v obabel >/dev/null") != 0) GTEST_SKIP() << "Open Babel is not installed";
+TEST_F(OpenBabel, CountsTheAtomsAndBondsOfOurMol2) {
     EXPECT_EQ(counts(obabel(writeMol2(), "sdf")), counts(readFile(TARNEX_EXAMPLES "/ligands.sdf")));
-}
-
-TEST(RDKit, CountsTheAtomsAndBondsOfOurMol2) {
-    if (std::system("/usr/bin/python3 -c 'import rdkit' 2>/dev/null") != 0) GTEST_SKIP() << "RDKit is not installed";
-    // Its reader takes the first molecule of a block.
-    std::string const script = writeFile("count.py", R"(
-import sys
-from rdkit import Chem
-for block in open(sys.argv[1]).read().split('@<TRIPOS>MOLECULE')[1:]:
-    molecule = Chem.MolFromMol2Block('@<TRIPOS>MOLECULE' + block, sanitize=False, removeHs=False)
-    print('%3d%3d' % (molecule.GetNumAtoms(), molecule.GetNumBonds()))
-)");
-    EXPECT_EQ(output("/usr/bin/python3 '" + script + "' '" + writeMol2() + "'"),
-              counts(readFile(TARNEX_EXAMPLES "/ligands.sdf")));
 }
 
 /// Atoms by element and residue, as columns 18-26 and 77-78 of atom lines tell.
@@ -105,16 +84,13 @@ std::map<std::string, int> atomsOfPdb(std::string const& text) {
     return atoms;
 }
 
-TEST(OpenBabel, CountsTheAtomsAndResiduesOfOurPdb) {
-    if (std::system("command -v obabel >/dev/null") != 0) GTEST_SKIP() << "Open Babel is not installed";
+TEST_F(OpenBabel, CountsTheAtomsAndResiduesOfOurPdb) {
     std::string text;
     char line[100];
-    char const* const names[] = {"N  ", "CA ", "C  ", "O  ", "CB "};
-    char const elements[] = "NCCOC";
     for (int i = 0; i < 60; ++i) {
-        std::snprintf(line, sizeof line, "ATOM  %5d  %s ALA %c%4d    %8.3f%8.3f%8.3f  1.00  0.00           %c\n", i + 1,
-                      names[i % 5], i < 30 ? 'A' : 'B', i / 5 + 1, i * 1.1, i % 3 * 0.9, i < 30 ? 0.0 : 20.0,
-                      elements[i % 5]);
+        std::snprintf(line, sizeof line, "ATOM  %5d  %-2s  ALA %c%4d    %8.3f%8.3f%8.3f  1.00  0.00           %c\n",
+                      i + 1, std::array{"N", "CA", "C", "O", "CB"}[std::size_t(i % 5)], i < 30 ? 'A' : 'B', i / 5 + 1,
+                      i * 1.1, i % 3 * 0.9, i < 30 ? 0.0 : 20.0, "NCCOC"[i % 5]);
         text += line;
     }
     McDArray<McHandle<MolTrajectory>> bundle;

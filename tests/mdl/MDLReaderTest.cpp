@@ -1,16 +1,12 @@
 #include "mdl/MDLIO.h"
+#include "mdl/MoleculeBundleMDL.h"
 #include "support/RecordingProgress.h"
-#include "support/files.h"
-
-#include <gmock/gmock.h>
-#include <memory>
-#include <sstream>
+#include "support/model.h"
+#include "support/testing.h"
 
 namespace {
 
 using namespace tarnex::test;
-using testing::ElementsAre;
-using testing::FloatEq;
 
 std::string const counts3 = "  3  2  0  0  0  0  0  0  0  0999 V2000\n";
 std::string const water = "    0.0000    0.1000   -0.2000 O   0  3  0  2  0  0\n"
@@ -20,54 +16,18 @@ std::string const water = "    0.0000    0.1000   -0.2000 O   0  3  0  2  0  0\n
                           "  3  1  2  0\n"
                           "M  END\n";
 
-using Bundle = McDArray<McHandle<MolTrajectory>>;
-
 Bundle readAll(std::string const& text, std::ostream* messages = nullptr, McProgressInterface* progress = nullptr) {
     return MDLIO(messages, progress).readMDLMolTrajectoryBundle(writeFile("in.sdf", text).c_str());
-}
-
-std::string datum(MolTrajectory* trajectory, char const* name) {
-    MolData const* found = trajectory->getTopology()->getData(name);
-    if (!found) return "none";
-    McString text;
-    found->getValueAsString(text);
-    return (dynamic_cast<MolDataInt const*>(found) ? "int " : "text ") + std::string(text);
 }
 
 TEST(MDLReader, ReadsAtomsBondsChargesAndHydrogens) {
     Bundle const bundle = readAll("name\n program\n\n" + counts3 + water);
     ASSERT_EQ(bundle.size, 1);
-    MolTopology* topology = bundle[0]->getTopology();
-    EXPECT_STREQ(topology->getName(), "in.sdf-1");
-    MtGroupingLevel* atoms = topology->getLevel(0);
-    auto* numbers = atoms->integerAttribute("atomic_number", MtGroupingLevel::FIND, true);
-    auto* radii = atoms->floatAttribute("radius", MtGroupingLevel::FIND, true);
-    auto* charges = topology->getAtomFormalChargeAttribute(MolTopology::FIND);
-    auto* hydrogens = atoms->integerAttribute("implicit_hnum", MtGroupingLevel::FIND, true);
-    ASSERT_TRUE(numbers && radii && charges && hydrogens);
-    ASSERT_EQ(atoms->groups.size, 3);
-    EXPECT_EQ(numbers->getValue(0), 8);
-    EXPECT_EQ(numbers->getValue(2), 0); // XX is no element
-    EXPECT_FLOAT_EQ(radii->getValue(0), 1.52F);
-    EXPECT_EQ(charges->getValue(0), 1); // code 3
-    EXPECT_EQ(charges->getValue(1), 0);
-    EXPECT_EQ(charges->getValue(2), 0); // code 4
-    EXPECT_EQ(hydrogens->getValue(0), 1);
-    EXPECT_EQ(hydrogens->getValue(1), 0);
-
-    auto* types = topology->getLevel(1)->integerAttribute("type", MtGroupingLevel::FIND, true);
-    ASSERT_EQ(topology->getLevel(1)->groups.size, 2);
-    auto const* second = dynamic_cast<MtBond const*>(topology->getLevel(1)->groups[1]);
-    EXPECT_EQ(second->atomA(), 2);
-    EXPECT_EQ(second->atomB(), 0);
-    EXPECT_EQ(types->getValue(1), 2);
-    EXPECT_EQ(atoms->flags, MtGroupingLevel::flagBit0 | MtGroupingLevel::flagBit1);
-    EXPECT_EQ(topology->getLevel(1)->flags, MtGroupingLevel::flagBit1);
-
-    Molecule molecule(topology, false);
-    ASSERT_TRUE(bundle[0]->getTimeStep(0, &molecule));
-    EXPECT_EQ(molecule.coords[0], McVec3f(0.0F, 0.1F, -0.2F));
-    EXPECT_EQ(molecule.coords[2], McVec3f(-0.757F, 0.586F, 1.0F));
+    // XX is no element, and the code 4 no charge.
+    EXPECT_EQ(describe(bundle[0]->getTopology()),
+              "in.sdf-1;\natoms(-1) flags 3: 3 atomic_number=8|1|0 radius=1.52|1.2|2 formal_charge=1|0|0 "
+              "implicit_hnum=1|0|0\nbonds(0) flags 2: 0,1|2,0 type=1|2");
+    EXPECT_EQ(placesOf(bundle[0], 0), "0,0.1,-0.2|0.757,0.586,1|-0.757,0.586,1");
 }
 
 TEST(MDLReader, FindsTheCountsLineAnywhereAndReadsV3000ByTheSameColumns) {
@@ -87,15 +47,9 @@ TEST(MDLReader, DataItems) {
                 "> <empty>\n\n><>\nnone\n>\nnone\n> <lines>\nfirst\nsecond\n\n> <name>\n It \n$$$$\n" +
                 counts3 + water + "> <name>\n5\n$$$$");
     ASSERT_EQ(bundle.size, 2);
-    MolTrajectory* first = bundle[0];
-    EXPECT_EQ(datum(first, "digit"), "int 7");
-    EXPECT_EQ(datum(first, "number"), "text 17");
-    EXPECT_EQ(datum(first, "both"), "text 1.5");
-    EXPECT_EQ(datum(first, "twice> <x"), "text v");
-    EXPECT_EQ(datum(first, "empty"), "none");
-    EXPECT_EQ(datum(first, "lines"), "text first");
-    EXPECT_EQ(first->getTopology()->getNumData(), 6);
-    EXPECT_STREQ(first->getTopology()->getName(), " It");
+    EXPECT_THAT(
+        describe(bundle[0]->getTopology()),
+        StartsWith(" It; digit=7 number=\"17\" both=\"1.5\" twice> <x=\"v\" lines=\"first\" name=\" It\"\natoms"));
     EXPECT_STREQ(bundle[1]->getTopology()->getName(), "in.sdf-2"); // its name is a number
 }
 
@@ -170,6 +124,15 @@ TEST(MDLReader, ProgressAndInterruption) {
     RecordingProgress single(1);
     EXPECT_EQ(MDLIO(nullptr, &single).readMDLMolTrajectory(writeFile("s.sdf", record).c_str()), nullptr);
     EXPECT_EQ(std::count(single.calls.begin(), single.calls.end(), "stop"), 2);
+}
+
+TEST(MoleculeBundleMDL, HasNoMoleculesInAnyFile) {
+    for (char const* const name : {TARNEX_EXAMPLES "/ligands.sdf", "/absent.sdf"}) {
+        McHandle<MoleculeBundle> const bundle(new MoleculeBundleMDL(name));
+        EXPECT_EQ(bundle->getNumMolecules(), 0U);
+        EXPECT_EQ(bundle->getMolecule(0), nullptr);
+        EXPECT_EQ(bundle->getTopology(0), nullptr);
+    }
 }
 
 } // namespace

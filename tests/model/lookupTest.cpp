@@ -1,14 +1,14 @@
 #include "model/MolTopology.h"
 #include "model/MtListGroups.h"
+#include "support/testing.h"
 
 #include <algorithm>
-#include <gtest/gtest.h>
 #include <random>
-#include <string>
 #include <utility>
-#include <vector>
 
 namespace {
+
+using namespace tarnex::test;
 
 /// Numbers below a limit, the same in every run.
 int below(int limit) {

@@ -2,14 +2,14 @@
 
 #include "foundation/McException.h"
 #include "model/MolTrajectoryMem.h"
+#include "support/testing.h"
 
 #include <algorithm>
 #include <clocale>
-#include <gtest/gtest.h>
-#include <memory>
-#include <string>
 
 namespace {
+
+using namespace tarnex::test;
 
 MolTopology* topologyOf(int atoms) {
     auto* topology = new MolTopology;

@@ -1,17 +1,16 @@
 #include "model/MolTopology.h"
 #include "model/MtListGroups.h"
 #include "model/members.h"
+#include "support/testing.h"
 
 #include <climits>
-#include <gtest/gtest.h>
-#include <memory>
 #include <set>
-#include <string>
 #include <typeinfo>
 #include <utility>
-#include <vector>
 
 namespace {
+
+using namespace tarnex::test;
 
 constexpr auto create = MtGroupingLevel::CREATE;
 

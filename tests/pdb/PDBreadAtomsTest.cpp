@@ -7,65 +7,33 @@ namespace {
 using namespace tarnex::test;
 
 TEST(PDBreadAtoms, FieldsGoToTheirAttributes) {
-    auto const trajectory = readPDB(AtomText{.serial = 123,
-                                             .name = "1HG2",
-                                             .type = "VAL",
-                                             .number = -7,
-                                             .insertion = "C",
-                                             .element = " H",
-                                             .charge = "2+",
-                                             .x = -999.125} +
-                                    AtomText{.record = "HETATM",
-                                             .serial = 99999,
-                                             .name = " H 1",
-                                             .type = " U",
-                                             .chain = " ",
-                                             .number = 301,
-                                             .element = "FE",
-                                             .charge = "1-",
-                                             .x = 10,
-                                             .occupancy = 1,
-                                             .temperature = -5.5} +
-                                    AtomText{});
+    AtomText const hydrogen{.serial = 123,
+                            .name = "1HG2",
+                            .type = "VAL",
+                            .number = -7,
+                            .insertion = "C",
+                            .element = " H",
+                            .charge = "2+",
+                            .x = -999.125};
+    AtomText const iron{.record = "HETATM",
+                        .serial = 99999,
+                        .name = " H 1",
+                        .type = " U",
+                        .chain = " ",
+                        .number = 301,
+                        .element = "FE",
+                        .charge = "1-",
+                        .x = 10,
+                        .occupancy = 1,
+                        .temperature = -5.5};
+    auto const trajectory = readPDB(hydrogen + iron + AtomText{});
     ASSERT_TRUE(trajectory);
-    MtGroupingLevel* atoms = trajectory->getTopology()->getLevel(0);
-    EXPECT_EQ(textOf(atoms, "name", 0), "A123");
-    EXPECT_EQ(textOf(atoms, "type", 0), "1HG2");
-    EXPECT_EQ(integerOf(atoms, "atomic_number", 0), 1);
-    EXPECT_FLOAT_EQ(realOf(atoms, "radius", 0), 1.2F);
-    EXPECT_EQ(realOf(atoms, "charge", 0), 2.0F);
-    EXPECT_EQ(realOf(atoms, "temperature", 0), 12.25F);
-    EXPECT_EQ(realOf(atoms, "occupancy", 0), 0.5F);
-    EXPECT_EQ(textOf(atoms, "name", 1), "99999");
-    EXPECT_EQ(textOf(atoms, "type", 1), "H1");
-    EXPECT_EQ(integerOf(atoms, "atomic_number", 1), 26);
-    EXPECT_EQ(realOf(atoms, "charge", 1), -1.0F);
-    EXPECT_EQ(realOf(atoms, "temperature", 1), -5.5F);
-    EXPECT_EQ(realOf(atoms, "occupancy", 1), 1.0F);
-    EXPECT_EQ(realOf(atoms, "temperature", 2), 12.25F);
-    EXPECT_EQ(realOf(atoms, "occupancy", 2), 0.5F);
-
-    MtGroupingLevel* residues = levelOf(trajectory, "residues");
-    EXPECT_EQ(ranges(trajectory, "residues"), "A-7C 0-0; HET301 1-1; A1 2-2; ");
-    EXPECT_EQ(textOf(residues, "type", 0), "VAL");
-    EXPECT_EQ(textOf(residues, "type", 1), "U");
-    EXPECT_EQ(integerOf(residues, "pdb_index", 0), -7);
-    EXPECT_EQ(ranges(trajectory, "chains"), "A 0-0; A 2-2; ");
-    EXPECT_EQ(coordinates(trajectory, 0)[0], McVec3f(-999.125F, -1.5F, 0.25F));
-    EXPECT_STREQ(trajectory->getTopology()->getName(), "");
-}
-
-TEST(PDBreadAtoms, LevelsAndTheirFlags) {
-    auto const trajectory = readPDB(AtomText{});
-    std::string text;
-    for (MtGroupingLevel const* level : trajectory->getTopology()->levels) {
-        text +=
-            level->getName() + ("/" + std::to_string(level->getLowerLevelIx())) + '/' + std::to_string(level->flags);
-        for (MtGroupAttribute const* attribute : level->attributes) text += std::string(" ") + attribute->getName();
-        text += "; ";
-    }
-    EXPECT_EQ(text, "/-1/3 name type atomic_number radius charge temperature occupancy; /0/2 type; "
-                    "residues/0/19 name type pdb_index; chains/2/19 name; ");
+    EXPECT_EQ(describe(trajectory->getTopology()),
+              ";\natoms(-1) flags 3: 3 name=A123|99999|A1 type=1HG2|H1|C atomic_number=1|26|6 radius=1.2|2.44|1.7 "
+              "charge=2|-1|0 temperature=12.25|-5.5|12.25 occupancy=0.5|1|0.5\nbonds(0) flags 2:  type=\n"
+              "residues(0) flags 19: 0-0|1-1|2-2 name=A-7C|HET301|A1 type=VAL|U|ALA pdb_index=-7|301|1\n"
+              "chains(2) flags 19: 0-0|2-2 name=A|A");
+    EXPECT_EQ(placesOf(trajectory, 0), "-999.125,-1.5,0.25|10,-1.5,0.25|10,-1.5,0.25");
 }
 
 TEST(PDBreadAtoms, Chains) {
@@ -76,7 +44,7 @@ TEST(PDBreadAtoms, Chains) {
     AtomText const hetA{.record = "HETATM", .chain = "A"};
     AtomText const hetNone{.record = "HETATM", .chain = " "};
     std::string const ter = "TER\n";
-    auto const chains = [](std::string const& text) { return ranges(readPDB(text), "chains"); };
+    auto const chains = [](std::string const& text) { return namedGroups(readPDB(text)->getTopology(), "chains"); };
     EXPECT_EQ(chains(none), "NIL 0-0; ");
     EXPECT_EQ(chains(hetNone), "");
     EXPECT_EQ(chains(a + b + a), "A 0-0; B 1-1; A 2-2; ");
@@ -88,33 +56,25 @@ TEST(PDBreadAtoms, Chains) {
     // The new chain joins the residue at hand and has none of its own.
     EXPECT_EQ(chains(a + ter + a), "A 0-0; A 0-0; ");
     EXPECT_EQ(chains(a + ter + a + a2), "A 0-0; A 1-1; ");
-    EXPECT_FALSE(levelOf(readPDB(a + ter + a), "chains")->hasFlag(MtGroupingLevel::segmentation));
+    EXPECT_FALSE(levelOf(readPDB(a + ter + a)->getTopology(), "chains")->hasFlag(MtGroupingLevel::segmentation));
 }
 
 TEST(PDBreadAtoms, Elements) {
-    struct Case {
-        char const* name;
-        char const* element;
-        int atomicNumber;
-    };
-    for (Case const& c : std::initializer_list<Case>{
-             {" C  ", "FE", 26}, {"FE  ", "  ", 26}, {" X  ", " A", 6},  {" CA ", "  ", 6},  {"CA  ", "  ", 20},
-             {"1HB2", "  ", 1},  {"HG  ", "  ", 80}, {"CS  ", "  ", 16}, {"AU  ", "  ", 79}, {"PB  ", "  ", 5},
-             {"X   ", "CL", 17}, {" C  ", "QN", 7},  {" C  ", "c ", 6},  {" C  ", "1 ", 6},  {"12O1", "  ", 8},
-             {"99  ", "  ", 0},  {"  S ", "  ", 16}, {"Q N ", "  ", 7},  {" A  ", "  ", 6},  {" C  ", "QQ", 0},
-             {"  QN", "QQ", 0},  {"XU  ", "  ", 92}, {"    ", "  ", 0},
-         }) {
-        auto const trajectory = readPDB(AtomText{.name = c.name, .element = c.element});
-        EXPECT_EQ(integerOf(trajectory->getTopology()->getLevel(0), "atomic_number", 0), c.atomicNumber)
-            << c.name << '|' << c.element;
+    // The name, the element columns, and what is made of them.
+    std::istringstream cases(" C  |FE|26\nFE  |  |26\n X  | A|6\n CA |  |6\nCA  |  |20\n1HB2|  |1\nHG  |  |80\n"
+                             "CS  |  |16\nAU  |  |79\nPB  |  |5\nX   |CL|17\n C  |QN|7\n C  |c |6\n C  |1 |6\n"
+                             "12O1|  |8\n99  |  |0\n  S |  |16\nQ N |  |7\n A  |  |6\n C  |QQ|0\n  QN|QQ|0\n"
+                             "XU  |  |92\n    |  |0\n");
+    for (std::string line; std::getline(cases, line);) {
+        std::string const name = line.substr(0, 4), element = line.substr(5, 2);
+        auto const trajectory = readPDB(AtomText{.name = name.c_str(), .element = element.c_str()});
+        EXPECT_EQ(valuesOf(trajectory->getTopology(), 0, "atomic_number"), line.substr(8)) << line;
     }
 }
 
 TEST(PDBreadAtoms, Charges) {
-    for (auto const& [text, charge] :
-         {std::pair{"2+", 2.0F}, {"9-", -9.0F}, {"+2", 0.0F}, {"2 ", 0.0F}, {"x+", 0.0F}}) {
-        auto const trajectory = readPDB(AtomText{.charge = text});
-        EXPECT_EQ(realOf(trajectory->getTopology()->getLevel(0), "charge", 0), charge) << text;
+    for (auto const& [text, charge] : {std::pair{"2+", "2"}, {"9-", "-9"}, {"+2", "0"}, {"2 ", "0"}, {"x+", "0"}}) {
+        EXPECT_EQ(valuesOf(readPDB(AtomText{.charge = text})->getTopology(), 0, "charge"), charge) << text;
     }
 }
 

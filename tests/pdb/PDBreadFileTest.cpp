@@ -1,17 +1,9 @@
 #include "PDBreadSamples.h"
 #include "support/RecordingProgress.h"
 
-#include <gmock/gmock.h>
-
 namespace {
 
 using namespace tarnex::test;
-using testing::ElementsAre;
-
-std::string datum(MolTrajectory* trajectory, char const* name) {
-    auto const* found = dynamic_cast<MolDataString const*>(trajectory->getTopology()->getData(name));
-    return found ? std::string(found->getValue()) : "none";
-}
 
 /// Atoms 1 to 12 of one chain.
 std::string twelveAtoms() {
@@ -26,34 +18,23 @@ TEST(PDBreadFile, HeaderText) {
                 "REMARK 350   BIOMT1   1  0.5\nREMARK 350 none\n"
                 "REMARK  BIOMT\n" +
                 AtomText{} + "END\nAUTHOR\tA.B\nEXPDTA    NMR\n");
-    MolTopology* topology = trajectory->getTopology();
-    ASSERT_EQ(topology->getNumData(), 6);
-    EXPECT_STREQ(topology->getData(0)->getName(), "PDB_AUTHOR");
-    EXPECT_STREQ(topology->getData(1)->getName(), "PDB_HEADER");
-    EXPECT_STREQ(topology->getData(5)->getName(), "PDB_SOURCE");
-    EXPECT_EQ(datum(trajectory, "PDB_HEADER"), "    PROTEIN\n");
-    EXPECT_EQ(datum(trajectory, "PDB_TITLE"), "    one\n   2 two\n");
-    EXPECT_EQ(datum(trajectory, "PDB_JNRL"), "\n");
-    EXPECT_EQ(datum(trajectory, "PDB_REMARK"), " 350   BIOMT1   1  0.5\n  BIOMT\n");
-    EXPECT_EQ(datum(trajectory, "PDB_AUTHOR"), "\tA.B\n");
-    EXPECT_EQ(datum(trajectory, "PDB_COMPND"), "none");
+    std::string const text = describe(trajectory->getTopology());
+    EXPECT_EQ(text.substr(0, text.find("\natoms")),
+              "; PDB_AUTHOR=\"\tA.B\n\" PDB_HEADER=\"    PROTEIN\n\" PDB_JNRL=\"\n\" PDB_TITLE=\"    one\n   2 two\n\" "
+              "PDB_REMARK=\" 350   BIOMT1   1  0.5\n  BIOMT\n\" PDB_SOURCE=\"    somewhere\n\"");
 }
 
 TEST(PDBreadFile, PerceivedBondsFollowThoseOfTheFile) {
     auto const trajectory = readPDB(AtomText{.serial = 1, .type = "LIG", .x = 0} + AtomText{.serial = 2, .x = 1.5} +
                                     AtomText{.serial = 3, .x = 3} + "CONECT    3    1\nCONECT    3    2\n");
-    EXPECT_EQ(bonds(trajectory), "2-0; 2-1; 0-1; ");
-    EXPECT_EQ(integerOf(trajectory->getTopology()->getLevel(1), "type", 0), 1);
+    EXPECT_EQ(bondsOf(trajectory->getTopology()), "2,0|2,1|0,1 type 1|1|1");
 }
 
 TEST(PDBreadFile, SecondaryStructureBecomesLevels) {
     auto const trajectory =
         readPDB("HELIX    1  H1 ALA A    2  ALA A    5  1\n" + twelveAtoms() + "SITE     1 AC1  1 ALA A   9\n");
-    EXPECT_EQ(ranges(trajectory, "secondary_structure"), "H1 1-4; ");
-    ASSERT_TRUE(levelOf(trajectory, "sites"));
-    EXPECT_EQ(levelOf(trajectory, "sites")->groups.size, 1);
-    EXPECT_TRUE(levelOf(trajectory, "sites")->hasFlag(MtGroupingLevel::segmentation));
-    EXPECT_FALSE(levelOf(trajectory, "secondary_structure")->hasFlag(MtGroupingLevel::segmentation));
+    EXPECT_THAT(describe(trajectory->getTopology()),
+                EndsWith("\nsecondary_structure(2) flags 3: 1-4 type=helix name=H1\nsites(2) flags 19: 8 name=AC1"));
 }
 
 TEST(PDBreadFile, Messages) {

@@ -2,9 +2,6 @@
 #include "pdb/MolTrajectoryPDB.h"
 #include "support/RecordingProgress.h"
 
-#include <filesystem>
-#include <gmock/gmock.h>
-
 namespace {
 
 using namespace tarnex::test;
@@ -26,15 +23,10 @@ TEST(PDBreadModels, EachModelIsAStep) {
     EXPECT_EQ(trajectory->getNumTimeSteps(), 3);
     EXPECT_STREQ(trajectory->getTopology()->getName(), "Model 1-3");
     EXPECT_EQ(trajectory->getTopology()->getNumData(), 0);
-    EXPECT_EQ(bonds(trajectory), "0-2; ");
-    for (int const step : {2, 0, 1, 2}) {
-        auto const coords = coordinates(trajectory, step);
-        ASSERT_EQ(coords.size, 3);
-        EXPECT_EQ(coords[2], McVec3f(30.0F + 0.25F * static_cast<float>(step), -1.5F, 0.25F));
-    }
-    Molecule molecule(trajectory->getTopology(), false);
-    EXPECT_FALSE(trajectory->getTimeStep(-1, &molecule));
-    EXPECT_FALSE(trajectory->getTimeStep(3, &molecule));
+    EXPECT_EQ(groupsOf(trajectory->getTopology()->getLevel(1)), "0,2");
+    EXPECT_EQ(placesOf(trajectory, 2), "10.5,-1.5,0.25|20.5,-1.5,0.25|30.5,-1.5,0.25");
+    EXPECT_EQ(placesOf(trajectory, 0), "10,-1.5,0.25|20,-1.5,0.25|30,-1.5,0.25");
+    for (int const absent : {-1, 3}) EXPECT_EQ(placesOf(trajectory, absent), "false");
 }
 
 TEST(PDBreadModels, ModelsOfOtherSizes) {

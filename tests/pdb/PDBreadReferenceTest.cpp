@@ -69,27 +69,30 @@ private:
 
 /// What the slow reader tells of a file; bonds only as far as that has them, since perceived ones follow.
 std::string wholeText(MolTrajectory* trajectory, std::size_t numBonds) {
-    MtGroupingLevel* atoms = trajectory->getTopology()->getLevel(0);
+    MolTopology const* topology = trajectory->getTopology();
+    auto const text = [](MtGroupingLevel* level, char const* name, int group) {
+        auto const* values = level->stringAttribute(name, MtGroupingLevel::FIND, true);
+        return std::string(values ? values->getValue(group) : "");
+    };
     McDArray<McVec3f> const coords = coordinates(trajectory, 0);
-    std::string text;
+    std::string all;
     for (int i = 0; i < coords.size; ++i) {
-        text += atomText(textOf(atoms, "name", i), textOf(atoms, "type", i), coords[i]);
+        all += atomText(text(topology->getLevel(0), "name", i), text(topology->getLevel(0), "type", i), coords[i]);
     }
     for (char const* name : {"residues", "chains"}) {
-        MtGroupingLevel* level = levelOf(trajectory, name);
-        bool const hasTypes = level->attributes.size > 1;
+        MtGroupingLevel* level = levelOf(topology, name);
+        auto const* numbers = level->integerAttribute("pdb_index", MtGroupingLevel::FIND, true);
         for (int i = 0; i < level->groups.size; ++i) {
             auto const& range = dynamic_cast<MtIntraLevelRange const&>(*level->groups[i]);
-            text += rangeText(textOf(level, "name", i), hasTypes ? textOf(level, "type", i) : "",
-                              hasTypes ? integerOf(level, "pdb_index", i) : 0, range.first, range.last);
+            all += rangeText(text(level, "name", i), text(level, "type", i), numbers ? numbers->getValue(i) : 0,
+                             range.first, range.last);
         }
     }
-    MtGroupingLevel const* bonds = trajectory->getTopology()->getLevel(1);
-    for (std::size_t i = 0; i < numBonds; ++i) {
-        auto const& bond = dynamic_cast<MtBond const&>(*bonds->groups[static_cast<std::int64_t>(i)]);
-        text += std::to_string(bond.atomA()) + '-' + std::to_string(bond.atomB()) + '\n';
+    for (int i = 0; i < static_cast<int>(numBonds); ++i) {
+        auto const& bond = dynamic_cast<MtBond const&>(*topology->getLevel(1)->groups[i]);
+        all += std::to_string(bond.atomA()) + '-' + std::to_string(bond.atomB()) + '\n';
     }
-    return text;
+    return all;
 }
 
 TEST(PDBreadReference, RandomFiles) {

@@ -1,17 +1,10 @@
 #pragma once
 
-#include "model/Molecule.h"
-#include "model/MtListGroups.h"
 #include "pdb/PDBread.h"
-#include "support/files.h"
-
-#include <cstdio>
-#include <sstream>
-#include <string>
+#include "support/model.h"
+#include "support/testing.h"
 
 namespace tarnex::test {
-
-using Bundle = McDArray<McHandle<MolTrajectory>>;
 
 /// An atom line; the atoms stand 10 Angstrom apart, so that no bonds are perceived.
 struct AtomText {
@@ -58,41 +51,17 @@ inline McHandle<MolTrajectory> readPDB(std::string const& text, McProgressInterf
     return result == 1 ? bundle[0] : McHandle<MolTrajectory>();
 }
 
-inline MtGroupingLevel* levelOf(MolTrajectory* trajectory, char const* name) {
-    return trajectory->getTopology()->getLevel(trajectory->getTopology()->getLevelIx(name));
-}
-
-inline std::string textOf(MtGroupingLevel* level, char const* attribute, int group) {
-    return level->stringAttribute(attribute, MtGroupingLevel::FIND, true)->getValue(group);
-}
-
-inline int integerOf(MtGroupingLevel* level, char const* attribute, int group) {
-    return level->integerAttribute(attribute, MtGroupingLevel::FIND, true)->getValue(group);
-}
-
-inline float realOf(MtGroupingLevel* level, char const* attribute, int group) {
-    return level->floatAttribute(attribute, MtGroupingLevel::FIND, true)->getValue(group);
-}
-
-/// The ranges of a level with their names, such as "A 0-1; B 2-2; ".
-inline std::string ranges(MolTrajectory* trajectory, char const* levelName) {
-    std::ostringstream text;
-    MtGroupingLevel* level = levelOf(trajectory, levelName);
+/// The groups of a level, such as "helix H1 9-19; sheet A 1,2,3; ".
+inline std::string namedGroups(MolTopology const* topology, char const* levelName) {
+    MtGroupingLevel* level = levelOf(topology, levelName);
+    if (!level) return "no level";
+    auto const* types = level->stringAttribute("type", MtGroupingLevel::FIND, true);
+    std::string text;
     for (int i = 0; i < level->groups.size; ++i) {
-        auto const& range = dynamic_cast<MtIntraLevelRange const&>(*level->groups[i]);
-        text << textOf(level, "name", i) << ' ' << range.first << '-' << range.last << "; ";
+        if (types) text += std::string(types->getValue(i)) + ' ';
+        text += level->getGroupName(i) + (' ' + membersOf(level->groups[i], level->getLowerLevelIx())) + "; ";
     }
-    return text.str();
-}
-
-/// The bonds as "0-1; 2-0; ".
-inline std::string bonds(MolTrajectory* trajectory) {
-    std::ostringstream text;
-    for (MtGroup const* group : trajectory->getTopology()->getLevel(1)->groups) {
-        auto const& bond = dynamic_cast<MtBond const&>(*group);
-        text << bond.atomA() << '-' << bond.atomB() << "; ";
-    }
-    return text.str();
+    return text;
 }
 
 inline McDArray<McVec3f> coordinates(MolTrajectory* trajectory, int step) {

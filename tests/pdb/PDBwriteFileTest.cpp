@@ -4,7 +4,6 @@
 
 #include <cmath>
 #include <limits>
-#include <sstream>
 
 namespace {
 
@@ -13,35 +12,9 @@ using namespace tarnex::test;
 /// Chain A with water, a chain without name, and a ligand, a water and an atom on their own.
 PdbSample makeProtein() {
     PdbSample p;
-    p.addAtom("N", 7);
-    p.addAtom("CA", 6);
-    p.addAtom("C", 6);
-    p.addResidue("GLY", 5, 3);
-    p.addAtom("SG", 16);
-    p.addResidue("CYS", 6, 1);
-    p.addAtom("CA", 6);
-    p.addAtom("1HB", 1);
-    p.addResidue("ALA", 9, 2);
-    p.addAtom("CA", 6);
-    p.addResidue("SER", 10, 1);
-    p.addAtom("SG", 16);
-    p.addResidue("CYS", 10, 1);
-    p.addAtom("O", 8);
-    p.addResidue("HOH", 201, 1);
-    p.addAtom("C", 6);
-    p.addResidue("VAL", 3, 1);
-    p.addAtom("N", 7);
-    p.addAtom("C", 6);
-    p.addResidue("LEU", 4, 2);
-    p.addAtom("N", 7);
-    p.addResidue("THR", -7, 1);
-    p.addAtom("O", 8);
-    p.addResidue("HOH", 1, 1);
-    p.addAtom("CA", 20);
-    p.addAtom("CL1", 17);
-    p.addResidue("LIGX", 301, 2);
-    p.addAtom("O", 8);
-    p.addResidue("HOH", 302, 1);
+    p.addResidues({"GLY 5 N:7 CA:6 C:6", "CYS 6 SG:16", "ALA 9 CA:6 1HB:1", "SER 10 CA:6", "CYS 10 SG:16",
+                   "HOH 201 O:8", "VAL 3 C:6", "LEU 4 N:7 C:6", "THR -7 N:7", "HOH 1 O:8", "LIGX 301 CA:20 CL1:17",
+                   "HOH 302 O:8"});
     p.addAtom("", 0);
     p.addChain("A", 0, 5);
     p.addChain("NIL", 6, 9);
@@ -67,9 +40,9 @@ void addData(PdbSample& p) {
     p.topology->setData(new MolDataInt("PDB_AUTHOR", 7));
     p.topology->setData(new MolDataString("PDB_JNRL", "    read, not written\n"));
     p.topology->setData(new MolDataString("PDB_REMARK", " 350   BIOMT1   1\n"));
-    p.real("charge", 3, -1.9F);
-    p.real("occupancy", 4, 0.5F);
-    p.real("temperature", 4, 23.456F);
+    setReal(p.topology, "charge", 3, -1.9F);
+    setReal(p.topology, "occupancy", 4, 0.5F);
+    setReal(p.topology, "temperature", 4, 23.456F);
 }
 
 TEST(PDBwriteFile, Protein) {

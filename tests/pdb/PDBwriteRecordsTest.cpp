@@ -1,7 +1,6 @@
 #include "PDBwriteSamples.h"
 
 #include <limits>
-#include <sstream>
 
 namespace {
 
@@ -189,50 +188,46 @@ TEST(PDBwriteRecords, ConectAndMasterCutTheirNumbers) {
 }
 
 TEST(PDBwriteRecords, AtomNames) {
-    auto const nameOf = [](char const* type, int atomicNumber) {
-        PdbSample p;
-        p.addAtom(type, atomicNumber);
-        return Tables(p).atoms(*p.molecule).substr(12, 4);
+    struct {
+        char const* type;
+        int atomicNumber;
+        char const* name;
+    } const cases[] = {
+        {"CA", 6, " CA "},      {"CA", 20, "CaA "},   {"Ca", 20, "Ca  "}, {"1HG2", 1, "1HG2"},
+        {"9Clxyz", 17, "9Clx"}, {"12", 6, "1C2 "},    {"1", 6, "1C  "},   {"", 6, " C  "},
+        {"C", 6, " C  "},       {"CCCCC", 6, " CCC"}, {"OXT", 7, " NOX"}, // another element than that of the type
     };
-    EXPECT_EQ(nameOf("CA", 6), " CA ");
-    EXPECT_EQ(nameOf("CA", 20), "CaA ");
-    EXPECT_EQ(nameOf("Ca", 20), "Ca  ");
-    EXPECT_EQ(nameOf("1HG2", 1), "1HG2");
-    EXPECT_EQ(nameOf("9Clxyz", 17), "9Clx");
-    EXPECT_EQ(nameOf("12", 6), "1C2 ");
-    EXPECT_EQ(nameOf("1", 6), "1C  ");
-    EXPECT_EQ(nameOf("", 6), " C  ");
-    EXPECT_EQ(nameOf("C", 6), " C  ");
-    EXPECT_EQ(nameOf("CCCCC", 6), " CCC");
-    EXPECT_EQ(nameOf("OXT", 7), " NOX"); // another element than that of the type
+    for (auto const& c : cases) {
+        PdbSample p;
+        p.addAtom(c.type, c.atomicNumber);
+        EXPECT_EQ(Tables(p).atoms(*p.molecule).substr(12, 4), c.name);
+    }
 }
 
 TEST(PDBwriteRecords, Charges) {
-    auto const textOf = [](float charge, bool isTold) {
+    constexpr char const* told = "Error: Charge of atom 0 is outside of [-9,+9] interval which can be written into a "
+                                 "PDB file.";
+    for (auto const& [charge, text] : {std::pair{0.0F, "0+"},
+                                       {-0.5F, "0+"},
+                                       {9.9F, "9+"},
+                                       {-9.0F, "9-"},
+                                       {12.0F, "2+"},
+                                       {-12.0F, "2-"},
+                                       {-20.0F, "0+"},
+                                       {-2147483648.0F, "8-"},
+                                       {1e20F, "0+"},
+                                       {-3e9F, "0+"},
+                                       {std::numeric_limits<float>::quiet_NaN(), "0+"}}) {
         PdbSample p;
         p.addAtom("C", 6);
-        p.real("charge", 0, charge);
+        setReal(p.topology, "charge", 0, charge);
         std::ostringstream messages;
-        std::string const record = Tables(p).atoms(*p.molecule, false, &messages);
-        EXPECT_EQ(messages.str(), isTold ? "Error: Charge of atom 0 is outside of [-9,+9] interval which can be "
-                                           "written into a PDB file."
-                                         : "");
-        return record.substr(78);
-    };
-    EXPECT_EQ(textOf(0.0F, false), "0+\n");
-    EXPECT_EQ(textOf(-0.5F, false), "0+\n");
-    EXPECT_EQ(textOf(9.9F, false), "9+\n");
-    EXPECT_EQ(textOf(-9.0F, false), "9-\n");
-    EXPECT_EQ(textOf(12.0F, true), "2+\n");
-    EXPECT_EQ(textOf(-12.0F, true), "2-\n");
-    EXPECT_EQ(textOf(-20.0F, true), "0+\n");
-    EXPECT_EQ(textOf(-2147483648.0F, true), "8-\n");
-    for (float const noInt : {1e20F, -3e9F, std::numeric_limits<float>::quiet_NaN()}) {
-        EXPECT_EQ(textOf(noInt, true), "0+\n") << noInt;
+        EXPECT_EQ(Tables(p).atoms(*p.molecule, false, &messages).substr(78), text + std::string("\n")) << charge;
+        EXPECT_EQ(messages.str(), charge > -10.0F && charge < 10.0F ? "" : told) << charge;
     }
     PdbSample p;
     p.addAtom("C", 6);
-    p.real("charge", 0, -0.1234F);
+    setReal(p.topology, "charge", 0, -0.1234F);
     EXPECT_EQ(Tables(p).atoms(*p.molecule, true),
               cards({"HETATM    1  C   UNK     1       0.500   0.000 100.000  0.00  0.00    -0.123"}));
 }
@@ -245,7 +240,7 @@ TEST(PDBwriteRecords, TerBehindChains) {
     p.addChain("BCDE", 4, 4);
     p.addChain("B", 5, 5);
     p.molecule->coords[5] = McVec3f(1234567.0F, -99999.5F, 0.0005F);
-    p.real("temperature", 5, 12345.0F);
+    setReal(p.topology, "temperature", 5, 12345.0F);
     Tables tables(p);
     tables.het.set(5);
     tables.numAtom = 99998;

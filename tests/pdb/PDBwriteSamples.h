@@ -1,15 +1,9 @@
 #pragma once
 
 #include "chemistry/Resource.h"
-#include "model/Molecule.h"
-#include "model/MtListGroups.h"
 #include "pdb/PDBwrite.h"
-#include "support/files.h"
-
-#include <initializer_list>
-#include <memory>
-#include <string>
-#include <vector>
+#include "support/model.h"
+#include "support/testing.h"
 
 namespace tarnex::test {
 
@@ -39,6 +33,19 @@ public:
         addAtom("C", 6);
         return addResidue(type, number, 1);
     }
+    /// Residues such as "GLY 5 N:7 CA:6 C:6": type, number, and the atoms with their atomic numbers.
+    void addResidues(std::initializer_list<char const*> residues) {
+        for (char const* residue : residues) {
+            std::istringstream words(residue);
+            std::string type, atom;
+            int number = 0, size = 0;
+            for (words >> type >> number; words >> atom; ++size) {
+                std::size_t const colon = atom.find(':');
+                addAtom(atom.substr(0, colon).c_str(), std::stoi(atom.substr(colon + 1)));
+            }
+            addResidue(type.c_str(), number, size);
+        }
+    }
     void addChain(char const* name, int first, int last) {
         addGroup("chains", residuesIx(), new MtIntraLevelRange(residuesIx(), first, last), name);
     }
@@ -46,25 +53,22 @@ public:
         addElementOf(type, name, residuesIx(), residues);
     }
     void addElementOf(char const* type, char const* name, int membersIx, std::initializer_list<int> members) {
-        int const element = addGroup("secondary_structure", residuesIx(), listOf(membersIx, members), name);
+        int const element = addGroup("secondary_structure", residuesIx(), listIn(membersIx, members), name);
         if (type) text(level("secondary_structure", residuesIx()), "type", element, type);
     }
     int addStrand(int first, int last) {
         return addGroup("strands", residuesIx(), new MtIntraLevelRange(residuesIx(), first, last));
     }
     void addSite(char const* name, std::initializer_list<int> residues) {
-        addGroup("sites", residuesIx(), listOf(residuesIx(), residues), name);
+        addGroup("sites", residuesIx(), listIn(residuesIx(), residues), name);
     }
     void addBond(int atomA, int atomB) { topology->addBond(new MtBond(atomA, atomB)); }
 
     void text(int levelIx, char const* attribute, int group, char const* value) {
-        topology->getLevel(levelIx)->stringAttribute(attribute, MtGroupingLevel::CREATE, true)->setValue(group, value);
+        setText(topology, levelIx, attribute, group, value);
     }
     void integer(int levelIx, char const* attribute, int group, int value) {
-        topology->getLevel(levelIx)->integerAttribute(attribute, MtGroupingLevel::CREATE, true)->setValue(group, value);
-    }
-    void real(char const* attribute, int atom, float value) {
-        topology->getLevel(0)->floatAttribute(attribute, MtGroupingLevel::CREATE, true)->setValue(atom, value);
+        setInteger(topology, levelIx, attribute, group, value);
     }
 
     int residuesIx() { return level("residues", 0); }
@@ -74,6 +78,11 @@ public:
     std::unique_ptr<Molecule> molecule;
 
 private:
+    static MtGroup* listIn(int levelIx, std::initializer_list<int> members) {
+        MtDynamicGroup* list = listOf({});
+        for (int const member : members) list->members.append({levelIx, member});
+        return list;
+    }
     int level(char const* name, int lowerLevelIx) {
         int const levelIx = topology->getLevelIx(name);
         return levelIx >= 0 ? levelIx : topology->addLevel(name, lowerLevelIx, 12, -1);
@@ -83,11 +92,6 @@ private:
         int const groupIx = topology->addGroup(levelIx, group).groupIx;
         if (name) text(levelIx, "name", groupIx, name);
         return groupIx;
-    }
-    static MtGroup* listOf(int levelIx, std::initializer_list<int> members) {
-        auto* list = new MtDynamicGroup;
-        for (int const member : members) list->members.append(MtGroupRef(levelIx, member));
-        return list;
     }
 };
 

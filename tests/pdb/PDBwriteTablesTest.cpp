@@ -1,5 +1,4 @@
 #include "PDBwriteSamples.h"
-#include "model/MolTrajectoryMem.h"
 #include "qlt/MolTrajectoryVRK.h"
 
 #include <algorithm>

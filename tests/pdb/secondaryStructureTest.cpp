@@ -38,12 +38,8 @@ public:
 
     void addResidue(std::string const& name) {
         int const residue = topology.addGroup(residuesIx, new MtIntraLevelRange).groupIx;
-        setText(residuesIx, residue, "name", name.c_str());
+        setText(&topology, residuesIx, "name", residue, name.c_str());
     }
-    void setText(int levelIx, int group, char const* attribute, char const* text) {
-        topology.levels[levelIx]->stringAttribute(attribute, MtGroupingLevel::CREATE, true)->setValue(group, text);
-    }
-
     /// Reads records; returns the messages.
     std::string read(std::string const& records) {
         std::ostringstream messages;
@@ -52,38 +48,12 @@ public:
         return messages.str();
     }
 
-    /// The groups of a level, such as "helix H1 9-19; sheet A 1 2 3; ", with the residues' indices.
-    std::string groups(char const* levelName) {
-        MtGroupingLevel* level = topology.getLevel(topology.getLevelIx(levelName));
-        if (!level) return "no level";
-        auto const* types = level->stringAttribute("type", MtGroupingLevel::FIND, true);
-        std::string text;
-        for (int i = 0; i < level->groups.size; ++i) {
-            if (types) text += std::string(types->getValue(i)) + ' ';
-            text += level->getGroupName(i) + members(level->groups[i]) + "; ";
-        }
-        return text;
-    }
-    std::string structures() { return groups("secondary_structure"); }
+    std::string groups(char const* levelName) const { return namedGroups(&topology, levelName); }
+    std::string structures() const { return groups("secondary_structure"); }
 
     MolTopology topology;
     molInfo info{&topology};
     int residuesIx;
-
-private:
-    std::string members(MtGroup const* group) const {
-        if (auto const* range = dynamic_cast<MtIntraLevelRange const*>(group)) {
-            EXPECT_EQ(range->levelIx, residuesIx);
-            return ' ' + std::to_string(range->first) + '-' + std::to_string(range->last);
-        }
-        EXPECT_TRUE(dynamic_cast<MtDynamicGroup const*>(group));
-        std::string text;
-        for (int i = 0; i < group->size(); ++i) {
-            EXPECT_EQ((*group)[i].levelIx, residuesIx);
-            text += ' ' + std::to_string((*group)[i].groupIx);
-        }
-        return text;
-    }
 };
 
 template <class... Values>
@@ -116,9 +86,9 @@ TEST(PDBSecondaryStructure, FieldsStandInTheColumnsOfTheirRecord) {
                            "TURN  x-12xT1 xGLYxA   8 xPROxA   9 x\n"
                            "SITE  x  1xAC1xxxxGLYxA   1 xPROx 1000DxALAxB   3 xALAxA  12Cx\n"),
               "");
-    EXPECT_EQ(protein.structures(), "helix H1 40-42; helix HHH 43-43; sheet B 4 5; turn -12 7-8; ");
+    EXPECT_EQ(protein.structures(), "helix H1 40-42; helix HHH 43-43; sheet B 4,5; turn -12 7-8; ");
     EXPECT_EQ(protein.groups("strands"), "0 4-5; ");
-    EXPECT_EQ(protein.groups("sites"), "AC1 0 43 32 40; ");
+    EXPECT_EQ(protein.groups("sites"), "AC1 0,43,32,40; ");
 }
 
 TEST(PDBSecondaryStructure, LevelsAreMadeByTheFirstRecordWithResidues) {
@@ -138,18 +108,13 @@ TEST(PDBSecondaryStructure, LevelsAreMadeByTheFirstRecordWithResidues) {
     EXPECT_EQ(protein.structures() + protein.groups("strands") + protein.groups("sites"), "");
 
     molInfo const& info = protein.info;
-    ASSERT_EQ(protein.topology.levels.size, levels + 3);
-    ASSERT_TRUE(info.hasStrands && info.hasSecondaryStructure && info.hasSites);
+    EXPECT_THAT(describe(&protein.topology), EndsWith("\nstrands(2) flags 17:  name=\n"
+                                                      "secondary_structure(2) flags 3:  type= name=\n"
+                                                      "sites(2) flags 3:  name="));
+    EXPECT_TRUE(info.hasStrands && info.hasSecondaryStructure && info.hasSites);
+    EXPECT_TRUE(info.secStructName && info.strandName && info.siteName);
     EXPECT_EQ(info.strandsIx, levels);
     EXPECT_EQ(info.secondaryStructureIx, levels + 1);
-    EXPECT_EQ(info.strands->flags, MtGroupingLevel::flagBit0 | MtGroupingLevel::segmentation);
-    EXPECT_EQ(info.secondaryStructure->flags, MtGroupingLevel::flagBit0 | MtGroupingLevel::flagBit1);
-    EXPECT_EQ(info.sites->flags, MtGroupingLevel::flagBit0 | MtGroupingLevel::flagBit1);
-    EXPECT_STREQ(info.secondaryStructure->getAttribute(0)->getName(), "type");
-    EXPECT_TRUE(info.secStructName && info.strandName && info.siteName);
-    for (MtGroupingLevel const* level : {info.strands, info.secondaryStructure, info.sites}) {
-        EXPECT_EQ(level->getLowerLevelIx(), protein.residuesIx);
-    }
 
     EXPECT_EQ(protein.read(helix(1, 1, 2) + strand(1, "A", 3, 4) + "SITE     1 AC1    UNK A   1\n"), "");
     EXPECT_EQ(protein.topology.levels.size, levels + 3);
@@ -274,7 +239,7 @@ TEST(PDBSecondaryStructure, StrandsOfOneNameMakeOneSheet) {
     EXPECT_EQ(protein.read(strand(1, "5", 1, 3) + strand(2, "5", 2, 4) + strand(1, "B", 7, 7) + helix(5, 2, 3) +
                            strand(3, "5", 9, 10) + strand(4, "5", 11, 11)),
               "");
-    EXPECT_EQ(protein.structures(), "sheet 5 0 1 2 1 2 3; sheet B 6; helix 5 1-2; sheet 5 8 9 10; ");
+    EXPECT_EQ(protein.structures(), "sheet 5 0,1,2,1,2,3; sheet B 6; helix 5 1-2; sheet 5 8,9,10; ");
     EXPECT_EQ(protein.groups("strands"), "0 0-2; 1 1-3; 2 6-6; 3 8-9; 4 10-10; ");
 }
 
@@ -303,7 +268,7 @@ TEST(PDBSecondaryStructure, SitesGoOnAndLeaveOutWhatIsMissing) {
     EXPECT_EQ(protein.read("SITE     4 AC1  6 \n"), "");
     EXPECT_EQ(protein.read("SITE     1 AC2  1 UNK A  31 \nSITE     1      1 UNK A   1 \n"),
               "Site AC2references only non existing residues. Site skipped.\n");
-    EXPECT_EQ(protein.groups("sites"), "AC1 8 1 30 8 31;  0; ");
+    EXPECT_EQ(protein.groups("sites"), "AC1 8,1,30,8,31;  0; ");
 }
 
 TEST(PDBSecondaryStructure, PoorLinesAndTopologiesAreNoHarm) {
@@ -339,9 +304,9 @@ TEST(PDBSecondaryStructure, LevelsOfAHostAreUsedAsTheyAre) {
     auto* sheet = new MtIntraLevelRange(strands, 1, INT_MAX);
     protein.topology.addGroup(structures, sheet);
     protein.topology.addGroup(sites, new MtIntraLevelRange(protein.residuesIx, 9, 10));
-    protein.setText(structures, 0, "name", "S");
+    setText(&protein.topology, structures, "name", 0, "S");
     EXPECT_EQ(protein.read(turn(1, 29, 30)), "");
-    protein.setText(structures, 0, "type", "sheet");
+    setText(&protein.topology, structures, "type", 0, "sheet");
     McDArray<MtGroup*> const& groups = protein.topology.levels[structures]->groups;
     protein.topology.levels[structures]->groups.append(nullptr);
 
@@ -356,8 +321,8 @@ TEST(PDBSecondaryStructure, LevelsOfAHostAreUsedAsTheyAre) {
 
     // Groups that only have the name of a sheet or a site.
     int const list = protein.topology.addGroup(structures, new MtDynamicGroup).groupIx;
-    protein.setText(structures, list, "type", "strange");
-    protein.setText(structures, list, "name", "L");
+    setText(&protein.topology, structures, "type", list, "strange");
+    setText(&protein.topology, structures, "name", list, "L");
     EXPECT_EQ(protein.read(strand(1, "L", 2, 2) + "SITE     1        UNK A   1 \n"), "");
     EXPECT_EQ(groups[list]->size(), 0);
     EXPECT_EQ(protein.groups("sites"), " 9-10;  0; ");

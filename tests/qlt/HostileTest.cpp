@@ -2,7 +2,6 @@
 #include "support/qltBytes.h"
 
 #include <functional>
-#include <vector>
 
 namespace {
 

@@ -5,15 +5,11 @@
 #include "model/MtListGroups.h"
 #include "model/MtSmallGroups.h"
 #include "qlt/MolTrajectoryVRK.h"
-#include "support/files.h"
+#include "support/testing.h"
 
 #include <bit>
-#include <filesystem>
-#include <fstream>
-#include <gtest/gtest.h>
 #include <initializer_list>
 #include <limits>
-#include <string>
 
 namespace tarnex::test {
 

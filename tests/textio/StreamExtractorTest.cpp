@@ -1,13 +1,14 @@
 #include "textio/StreamExtractor.h"
 
+#include "support/testing.h"
+
 #include <bit>
 #include <cctype>
-#include <gtest/gtest.h>
 #include <random>
-#include <sstream>
-#include <string>
 
 namespace {
+
+using namespace tarnex::test;
 
 using Random = std::mt19937;
 
@@ -16,48 +17,16 @@ std::size_t pick(Random& random, std::size_t limit) {
 }
 
 std::string randomText(Random& random) {
-    static std::string const pieces[] = {"0",
-                                         "1",
-                                         "7",
-                                         "12",
-                                         "-",
-                                         "+",
-                                         ".",
-                                         "e",
-                                         "E",
-                                         "e-3",
-                                         "0x1",
-                                         "nan",
-                                         "inf",
-                                         "1e5000",
-                                         "1e-5000",
-                                         "1e-42",
-                                         "2147483647",
-                                         "-2147483648",
-                                         "2147483648",
-                                         "99999999999999999999",
-                                         "1.5",
-                                         "1.5.2",
-                                         "1e",
-                                         "-0.834000",
-                                         "15.99940",
-                                         "16777217",
-                                         "0.30000001192092896",
-                                         "3.4028236e38",
-                                         "a",
-                                         "word",
-                                         " ",
-                                         "\n",
-                                         "  ",
-                                         "\t",
-                                         "\r\n",
-                                         "\v\f",
-                                         "      ",
-                                         "\n\n",
-                                         " ",
-                                         " "};
+    static std::vector<std::string> const pieces = [] {
+        std::istringstream words("0|1|7|12|-|+|.|e|E|e-3|0x1|nan|inf|1e5000|1e-5000|1e-42|2147483647|-2147483648|"
+                                 "2147483648|99999999999999999999|1.5|1.5.2|1e|-0.834000|15.99940|16777217|"
+                                 "0.30000001192092896|3.4028236e38|a|word| |\n|  |\t|\r\n|\v\f|      |\n\n| | ");
+        std::vector<std::string> all;
+        for (std::string word; std::getline(words, word, '|');) all.push_back(word);
+        return all;
+    }();
     std::string text;
-    for (std::size_t i = pick(random, 60); i > 0; --i) text += pieces[pick(random, std::size(pieces))];
+    for (std::size_t i = pick(random, 60); i > 0; --i) text += pieces[pick(random, pieces.size())];
     if (pick(random, 8) == 0) text.insert(pick(random, text.size() + 1), 1, '\0');
     if (pick(random, 8) == 0) text.insert(pick(random, text.size() + 1), 295 + pick(random, 10), "1x"[pick(random, 2)]);
     return text;

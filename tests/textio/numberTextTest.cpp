@@ -1,22 +1,21 @@
 #include "textio/numberText.h"
 
+#include "support/testing.h"
 #include "textio/numberParsing.h"
 
 #include <bit>
 #include <clocale>
 #include <cmath>
 #include <cstdint>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <gtest/gtest.h>
 #include <limits>
 #include <optional>
 #include <random>
-#include <sstream>
-#include <string>
 
 namespace {
+
+using namespace tarnex::test;
 
 /// A text, or nothing where `FloatConversion_Error` is thrown.
 using Text = std::optional<std::string>;

@@ -1,4 +1,5 @@
 #include "slowScanner.h"
+#include "support/testing.h"
 #include "textio/Card.h"
 #include "textio/LineTokens.h"
 #include "textio/lengthizer.h"
@@ -8,15 +9,12 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
-#include <filesystem>
-#include <fstream>
-#include <gtest/gtest.h>
 #include <random>
-#include <string>
 #include <unistd.h>
-#include <vector>
 
 namespace {
+
+using namespace tarnex::test;
 
 /// A file that lives as long as the object.
 class TextFile {

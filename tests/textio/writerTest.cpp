@@ -1,13 +1,13 @@
 #include "textio/writer.h"
 
-#include <filesystem>
-#include <fstream>
-#include <gtest/gtest.h>
+#include "support/testing.h"
+
 #include <iterator>
-#include <string>
 #include <unistd.h>
 
 namespace {
+
+using namespace tarnex::test;
 
 /// What `fill` writes.
 template <class Fill>

@@ -1,14 +1,11 @@
 #include "amber/amberSamples.h"
 #include "program.h"
 
-#include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
 namespace {
 
 using namespace tarnex::test;
-using testing::EndsWith;
-using testing::HasSubstr;
 
 class Amber : public ToolTest {
 protected:

@@ -1,7 +1,6 @@
 #include "charmm/charmmSamples.h"
 #include "program.h"
 
-#include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
 namespace {

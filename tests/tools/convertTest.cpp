@@ -3,14 +3,9 @@
 #include "qlt/MolTrajectoryVRK.h"
 #include "tools/program.h"
 
-#include <gmock/gmock.h>
-
 namespace {
 
 using namespace tarnex::test;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::StartsWith;
 
 class Convert : public ToolTest {};
 class Frames : public ToolTest {};

@@ -1,14 +1,11 @@
 #include "gromacs/samples.h"
 #include "program.h"
 
-#include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
 namespace {
 
 using namespace tarnex::test;
-using testing::HasSubstr;
-using testing::UnorderedElementsAre;
 class Gromacs : public ToolTest {};
 
 /// A water whose oxygen has a place of its own.

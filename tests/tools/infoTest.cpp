@@ -1,14 +1,10 @@
 #include "tools/program.h"
 
-#include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
 namespace {
 
 using namespace tarnex::test;
-using testing::ElementsAre;
-using testing::EndsWith;
-using testing::HasSubstr;
 using Json = nlohmann::json;
 
 class Info : public ToolTest {};

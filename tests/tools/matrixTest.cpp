@@ -10,9 +10,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <gmock/gmock.h>
 #include <tuple>
-#include <vector>
 
 namespace {
 

@@ -1,13 +1,11 @@
 #include "tools/program.h"
 
 #include <cstdlib>
-#include <gmock/gmock.h>
 #include <sys/stat.h>
 
 namespace {
 
 using namespace tarnex::test;
-using testing::UnorderedElementsAre;
 
 class Output : public ToolTest {};
 

@@ -1,6 +1,5 @@
 #include "program.h"
 
-#include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
 namespace {

@@ -1,16 +1,13 @@
 #pragma once
 
-#include "support/files.h"
+#include "support/testing.h"
 
 #include <csignal>
 #include <fcntl.h>
-#include <filesystem>
 #include <initializer_list>
-#include <string>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
-#include <vector>
 
 namespace tarnex::test {
 

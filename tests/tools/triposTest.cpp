@@ -1,13 +1,10 @@
 #include "program.h"
 
-#include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
 namespace {
 
 using namespace tarnex::test;
-using testing::HasSubstr;
-using testing::StartsWith;
 
 class Mol2 : public ToolTest {};
 class UniChem : public ToolTest {};

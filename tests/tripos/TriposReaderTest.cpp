@@ -1,20 +1,11 @@
-#include "model/MtListGroups.h"
 #include "support/RecordingProgress.h"
-#include "support/bonds.h"
-#include "support/files.h"
+#include "support/model.h"
+#include "support/testing.h"
 #include "tripos/TriposIO.h"
-
-#include <gmock/gmock.h>
-#include <memory>
-#include <sstream>
 
 namespace {
 
 using namespace tarnex::test;
-using testing::ElementsAre;
-using testing::FloatEq;
-
-using Bundle = McDArray<McHandle<MolTrajectory>>;
 
 struct Result {
     bool isWhole;
@@ -50,26 +41,14 @@ std::string const pyridinium = molecule(" 3 3 1 0 0", "SMALL\nUSER_CHARGES",
                                         " 2 7 10 am\n"
                                         " 3 -4 10 3\n");
 
-/// The texts of an attribute of a level, or "none".
-std::string texts(MolTopology* topology, int levelIx, char const* name) {
-    MtGroupingLevel* level = topology->getLevel(levelIx);
-    auto const* attribute = level ? level->stringAttribute(name, MtGroupingLevel::FIND, true) : nullptr;
-    if (!attribute) return "none";
-    std::string all;
-    for (int i = 0; i < level->groups.size; ++i) all += std::string(attribute->getValue(i)) + "|";
-    return all;
+MolTopology* firstOf(Result const& read) {
+    return read.bundle[0]->getTopology();
 }
 
-/// The ranges of the residues.
-std::string residues(MolTopology* topology) {
-    MtGroupingLevel* level = topology->getLevel(topology->getLevelIx("residues"));
-    if (!level) return "none";
-    std::string all;
-    for (MtGroup const* group : level->groups) {
-        auto const* range = dynamic_cast<MtIntraLevelRange const*>(group);
-        all += std::to_string(range->first) + "-" + std::to_string(range->last) + " ";
-    }
-    return all;
+/// The residues, and their names and types.
+std::string residues(Result const& read) {
+    MtGroupingLevel* level = levelOf(firstOf(read), "residues");
+    return level ? groupsOf(level) + " " + valuesOf(level, "name") + " " + valuesOf(level, "type") : "none";
 }
 
 TEST(TriposReader, FillsTheModel) {
@@ -77,35 +56,12 @@ TEST(TriposReader, FillsTheModel) {
     EXPECT_TRUE(read.isWhole);
     EXPECT_EQ(read.messages, "Molecule thing successfully imported.\n");
     ASSERT_EQ(read.bundle.size, 1);
-    MolTopology* topology = read.bundle[0]->getTopology();
-    EXPECT_STREQ(topology->getName(), "thing");
-    McString name;
-    topology->getData("name")->getValueAsString(name);
-    EXPECT_STREQ(name, "thing");
-    EXPECT_EQ(texts(topology, 0, "name"), "10|7|-4|"); // ids
-    EXPECT_EQ(texts(topology, 0, "type"), "N1|C2|DU|");
-    EXPECT_EQ(texts(topology, 2, "name"), "LIH|"); // of its last atom
-    EXPECT_EQ(residues(topology), "0-1 ");
-    EXPECT_EQ(bondsOf(topology), "0-1:4 1-0:1 2-0:3 ");
-
-    MtGroupingLevel* atoms = topology->getLevel(0);
-    ASSERT_EQ(atoms->attributes.size, 5);
-    auto const* numbers = atoms->integerAttribute("atomic_number", MtGroupingLevel::FIND, true);
-    auto const* charges = atoms->floatAttribute("charge", MtGroupingLevel::FIND, true);
-    EXPECT_EQ(numbers->getValue(0), 7);
-    EXPECT_EQ(numbers->getValue(1), 6);
-    EXPECT_EQ(numbers->getValue(2), 0);
-    EXPECT_EQ(charges->getValue(1), 0.5F);
-    EXPECT_EQ(atoms->floatAttribute("radius", MtGroupingLevel::FIND, true)->getValue(1), 1.70F);
-    EXPECT_EQ(atoms->flags, MtGroupingLevel::flagBit0 | MtGroupingLevel::flagBit1);
-    EXPECT_EQ(topology->getLevel(1)->flags, MtGroupingLevel::flagBit1);
-    EXPECT_EQ(topology->getLevel(2)->flags, MtGroupingLevel::flagBit0 | MtGroupingLevel::flagBit1);
-
-    Molecule molecule(topology, false);
-    ASSERT_TRUE(read.bundle[0]->getTimeStep(0, &molecule));
-    EXPECT_EQ(molecule.coords[0], McVec3f(1.5F, -2.25F, 0.0F));
-    EXPECT_EQ(molecule.coords[1], McVec3f(100.0F, 0.0F, 3.0F));
-    EXPECT_EQ(molecule.coords[2], McVec3f(0.0F, 0.0F, 0.0F));
+    EXPECT_EQ(
+        describe(firstOf(read)),
+        "thing; name=\"thing\"\n"
+        "atoms(-1) flags 3: 3 atomic_number=7|6|0 type=N1|C2|DU radius=1.55|1.7|2 name=10|7|-4 charge=-0.25|0.5|0\n"
+        "bonds(0) flags 2: 0,1|1,0|2,0 type=4|1|3\nresidues(0) flags 3: 0-1 name=LIH");
+    EXPECT_EQ(placesOf(read.bundle[0], 0), "1.5,-2.25,0|100,0,3|0,0,0");
 }
 
 TEST(TriposReader, SubstructuresGrowWithTheirIds) {
@@ -113,38 +69,31 @@ TEST(TriposReader, SubstructuresGrowWithTheirIds) {
         std::string lines = "@<TRIPOS>ATOM\n";
         for (int const id : ids) lines += "1 A 0 0 0 C " + std::to_string(id) + " R" + std::to_string(id) + "\n";
         std::string const counts = std::to_string(ids.size()) + " 0 9";
-        Result const read = readAll(molecule(counts, type + "\nNO_CHARGES", lines));
-        MolTopology* topology = read.bundle[0]->getTopology();
-        return residues(topology) + texts(topology, 2, type == "SMALL" ? "name" : "type") +
-               texts(topology, 2, type == "SMALL" ? "type" : "name");
+        return residues(readAll(molecule(counts, type + "\nNO_CHARGES", lines)));
     };
-    EXPECT_EQ(residuesOf({1, 1, 3, 3, 2}), "0-1 2-4 R1|R2|none");
-    EXPECT_EQ(residuesOf({2, 2}), "0-1 R2|none");
-    EXPECT_EQ(residuesOf({0, -1, 5, 0, 4, 6}), "2-4 5-5 R4|R6|none");
-    EXPECT_EQ(residuesOf({0, 0}), "none");
-    EXPECT_EQ(residuesOf({1, 2147483647}, "PROTEIN"), "0-0 1-1 R1|R2147483647|none");
-    EXPECT_EQ(residuesOf({1}, ""), "0-0 R1|none"); // an empty line for the type
+    EXPECT_EQ(residuesOf({1, 1, 3, 3, 2}), "0-1|2-4 R1|R2 none");
+    EXPECT_EQ(residuesOf({2, 2}), "0-1 R2 none");
+    EXPECT_EQ(residuesOf({0, -1, 5, 0, 4, 6}), "2-4|5-5 R4|R6 none");
+    EXPECT_EQ(residuesOf({0, 0}), "  none");
+    EXPECT_EQ(residuesOf({1, 2147483647}, "PROTEIN"), "0-0|1-1 none R1|R2147483647");
+    EXPECT_EQ(residuesOf({1}, ""), "0-0 none R1"); // an empty line for the type
 }
 
 TEST(TriposReader, ColumnsBehindTheType) {
     std::string const line = "@<TRIPOS>ATOM\n1 A 0 0 0 C 1 LIG 0.75\n";
     auto const chargeOf = [&](std::string const& counts, std::string const& types) {
-        Result const read = readAll(molecule(counts, types, line));
-        MtGroupingLevel* atoms = read.bundle[0]->getTopology()->getLevel(0);
-        auto const* charges = atoms->floatAttribute("charge", MtGroupingLevel::FIND, true);
-        return charges ? charges->getValue(0) : -1.0F;
+        return valuesOf(firstOf(readAll(molecule(counts, types, line))), 0, "charge");
     };
-    EXPECT_EQ(chargeOf("1 0 0", "SMALL\nGASTEIGER"), 0.75F);
-    EXPECT_EQ(chargeOf("1 0 1", "SMALL\n"), 0.75F);
-    EXPECT_EQ(chargeOf("1 0 1", "SMALL\nNO_CHARGES"), -1.0F);
-    EXPECT_EQ(residues(readAll(molecule("1 0 0", "SMALL\nGASTEIGER", line)).bundle[0]->getTopology()), "none");
+    EXPECT_EQ(chargeOf("1 0 0", "SMALL\nGASTEIGER"), "0.75");
+    EXPECT_EQ(chargeOf("1 0 1", "SMALL\n"), "0.75");
+    EXPECT_EQ(chargeOf("1 0 1", "SMALL\nNO_CHARGES"), "none");
+    EXPECT_EQ(residues(readAll(molecule("1 0 0", "SMALL\nGASTEIGER", line))), "none");
     // The atoms are looked for from the counts line on.
-    EXPECT_EQ(readAll("@<TRIPOS>MOLECULE\nx\n1 0 0\n" + line).bundle.size, 1);
-    EXPECT_EQ(texts(readAll("@<TRIPOS>MOLECULE\nx\n1 0 0\n" + line).bundle[0]->getTopology(), 0, "type"), "A|");
+    EXPECT_EQ(valuesOf(firstOf(readAll("@<TRIPOS>MOLECULE\nx\n1 0 0\n" + line)), 0, "type"), "A");
     // A name of blanks is a line end; what a short line lacks is one as well.
     Result const blank = readAll("@<TRIPOS>MOLECULE\n  \n1 0 1\nSMALL\nX\n@<TRIPOS>ATOM\n1\n");
-    EXPECT_STREQ(blank.bundle[0]->getTopology()->getName(), "\n");
-    EXPECT_EQ(texts(blank.bundle[0]->getTopology(), 0, "type"), "\n|");
+    EXPECT_STREQ(firstOf(blank)->getName(), "\n");
+    EXPECT_EQ(valuesOf(firstOf(blank), 0, "type"), "\n");
 }
 
 TEST(TriposReader, BondTypesAndUnknownAtoms) {
@@ -153,11 +102,8 @@ TEST(TriposReader, BondTypesAndUnknownAtoms) {
     for (char const* const token : tokens) lines += std::string("9 0 5 ") + token + "\n";
     lines += "1 5 0 1\n1 5 6 1\n1 8 5 1\n1\n"; // 0 as second atom is none
     Result const read = readAll(molecule("3 18 0", "SMALL\nNO_CHARGES", lines));
-    std::string expected;
-    for (char const* type : {"1", "2", "3", "4", "1", "1", "1", "2", "4", "1", "1", "1", "1", "1"}) {
-        expected += std::string("1-2:") + type + " "; // of the atoms with id 5 the last one counts
-    }
-    EXPECT_EQ(bondsOf(read.bundle[0]->getTopology()), expected);
+    // Of the atoms with id 5 the last one counts.
+    EXPECT_EQ(bondsOf(firstOf(read)), joined(14, [](int) { return "1,2"; }) + " type 1|2|3|4|1|1|1|2|4|1|1|1|1|1");
     EXPECT_TRUE(readAll(molecule("0 2 0", "SMALL\nX", "@<TRIPOS>BOND\n1 1 1 1\n")).isWhole);
 }
 

@@ -1,41 +1,19 @@
-#include "model/MolTrajectoryMem.h"
-#include "model/MtListGroups.h"
-#include "model/molInfo.h"
-#include "pdb/PDBread.h"
 #include "support/RecordingProgress.h"
-#include "support/compareTopologies.h"
-#include "support/files.h"
+#include "support/model.h"
+#include "support/testing.h"
 #include "textio/numberText.h"
 #include "tripos/TriposIO.h"
-
-#include <gmock/gmock.h>
-#include <memory>
-#include <sstream>
 
 namespace {
 
 using namespace tarnex::test;
-using testing::ElementsAre;
-using testing::FloatEq;
-using testing::HasSubstr;
 using testing::MatchesRegex;
 
 /// Carbons, the first one bonded to all others.
 struct Sample {
-    explicit Sample(int numAtoms) : topology(new MolTopology), molecule(new Molecule(topology, true)) {
-        for (int i = 0; i < numAtoms; ++i) topology->addGroup(0, new MtAtom);
+    explicit Sample(int numAtoms) : topology(newTopology(numAtoms)), molecule(new Molecule(topology, true)) {
         for (int i = 1; i < numAtoms; ++i) topology->addBond(new MtBond(i, 0));
-        for (int i = 0; i < numAtoms; ++i) integers(0, "atomic_number")->setValue(i, 6);
-        molecule->setTopology(topology, true);
-    }
-    MtIntegerAttribute* integers(int level, char const* name) const {
-        return topology->addIntegerAttribute(level, name);
-    }
-    MtFloatAttribute* floats(char const* name) const {
-        return topology->getLevel(0)->floatAttribute(name, MtGroupingLevel::CREATE, true);
-    }
-    MtStringAttribute* texts(int level, char const* name) const {
-        return topology->getLevel(level)->stringAttribute(name, MtGroupingLevel::CREATE, true);
+        for (int i = 0; i < numAtoms; ++i) setInteger(topology, 0, "atomic_number", i, 6);
     }
     /// A residue of some atoms.
     int addResidue(int first, int last) const {
@@ -75,15 +53,15 @@ TEST(TriposWriter, PlainMolecule) {
 TEST(TriposWriter, AllColumns) {
     Sample const sample(3);
     sample.topology->setData(new MolDataString("name", "one\nname"));
-    sample.floats("charge")->setValue(0, -0.25F);
-    sample.texts(0, "type")->setValue(0, "CA1");
-    sample.texts(0, "type")->setValue(1, "ninecharsX");
-    sample.texts(0, "mol2_type")->setValue(0, "C.ar");
-    sample.texts(0, "mol2_type")->setValue(2, "C.cat.x");
-    sample.integers(1, "type")->setValue(0, 4);
-    sample.integers(1, "type")->setValue(1, 7);
+    setReal(sample.topology, "charge", 0, -0.25F);
+    setText(sample.topology, 0, "type", 0, "CA1");
+    setText(sample.topology, 0, "type", 1, "ninecharsX");
+    setText(sample.topology, 0, "mol2_type", 0, "C.ar");
+    setText(sample.topology, 0, "mol2_type", 2, "C.cat.x");
+    setInteger(sample.topology, 1, "type", 0, 4);
+    setInteger(sample.topology, 1, "type", 1, 7);
     int const residues = sample.addResidue(0, 1);
-    sample.texts(residues, "type")->setValue(0, "ALA");
+    setText(sample.topology, residues, "type", 0, "ALA");
     EXPECT_EQ(sample.written(), "@<TRIPOS>MOLECULE\none name\n3 2 1 0 0\nPROTEIN\nUSER_CHARGES\n\n@<TRIPOS>ATOM\n"
                                 "1       CA1       0.00000000 0.00000000 0.00000000 C.ar  1    ALA -0.250000\n"
                                 "2       ninechars 0.00000000 0.00000000 0.00000000 C     1    ALA 0.000000\n"
@@ -100,7 +78,7 @@ TEST(TriposWriter, MoleculeTypeGoesByTheFirstResidue) {
     auto const typeOf = [](std::string const& attribute, std::string const& value) {
         Sample const sample(1);
         int const residues = sample.addResidue(0, 0);
-        if (!attribute.empty()) sample.texts(residues, attribute.c_str())->setValue(0, value.c_str());
+        if (!attribute.empty()) setText(sample.topology, residues, attribute.c_str(), 0, value.c_str());
         std::string const text = sample.written();
         std::size_t const line = text.find("\n1 0 1 0 0\n") + 11;
         return text.substr(line, text.find('\n', line) - line) + text.substr(text.rfind(" C   ") + 5);
@@ -114,10 +92,10 @@ TEST(TriposWriter, MoleculeTypeGoesByTheFirstResidue) {
 
 TEST(TriposWriter, AttributesAreChosenByNameAndMustBeOfTheirKind) {
     Sample const sample(1);
-    sample.integers(0, "charge")->setValue(0, 5);
-    sample.floats("charge")->setValue(0, 0.5F); // behind another one of its name
-    sample.floats("partial")->setValue(0, 0.125F);
-    sample.texts(0, "label")->setValue(0, "L");
+    setInteger(sample.topology, 0, "charge", 0, 5);
+    setReal(sample.topology, "charge", 0, 0.5F); // behind another one of its name
+    setReal(sample.topology, "partial", 0, 0.125F);
+    setText(sample.topology, 0, "label", 0, "L");
     EXPECT_THAT(sample.written(), HasSubstr("NO_CHARGES"));
     McDArray<MolObject*> objects;
     objects.append(sample.molecule.get());
@@ -169,44 +147,6 @@ TEST(TriposWriter, ProgressAndInterruption) {
     EXPECT_FALSE(TriposIO(nullptr, &stopping).writeTriposMolecule(sample.molecule.get(), path.c_str()));
     EXPECT_EQ(stopping.calls.back(), "stop");
     EXPECT_THAT(readFile(path), testing::EndsWith("@<TRIPOS>BOND\n1       1 2 \n"));
-}
-
-TEST(TriposWriter, ResiduesAreThoseThatThePDBReaderTells) {
-    Sample const sample(6);
-    int const level = sample.addResidue(1, 3);
-    sample.addResidue(2, 4);
-    auto* list = new MtDynamicGroup;
-    for (int const atom : {0, 3, 77}) list->members.append(MtGroupRef(0, atom));
-    sample.topology->addGroup(level, list);
-    sample.texts(level, "name")->setValue(0, "R");
-    std::string const text = sample.written();
-    molInfo const info(sample.topology);
-    for (int atom = 0; atom < 6; ++atom) {
-        std::string const start = "\n" + std::to_string(atom + 1) + "       C       ";
-        std::string const residue = std::to_string(PDBread::getResIxOfAtom(info, atom) + 1);
-        EXPECT_EQ(text.substr(text.find(start) + start.size() + 39, 1), residue) << atom;
-    }
-}
-
-TEST(TriposWriter, WhatComesBack) {
-    std::string const text = "@<TRIPOS>MOLECULE\nthing\n3 2 2\nPROTEIN\nUSER_CHARGES\n\n@<TRIPOS>ATOM\n"
-                             "1 N 1.5 -2.25 0 N.am 1 ALA 0.5\n2 CA 100 0 0.125 C.3 1 ALA -0.5\n3 CB 0 0 9 C.3 4 GLY 0\n"
-                             "@<TRIPOS>BOND\n1 1 2 ar\n2 2 3 2\n";
-    McDArray<McHandle<MolTrajectory>> once;
-    McDArray<McHandle<MolTrajectory>> twice;
-    TriposIO io(nullptr, nullptr);
-    ASSERT_TRUE(io.readTriposBundle(writeFile("in.mol2", text).c_str(), once));
-    McDArray<MolObject*> objects;
-    objects.append(dynamic_cast<MolObject*>(static_cast<MolTrajectory*>(once[0])));
-    std::string const path = scratchPath("out.mol2");
-    ASSERT_TRUE(io.writeTriposBundle(objects, path.c_str()));
-    ASSERT_TRUE(io.readTriposBundle(path.c_str(), twice));
-    ASSERT_EQ(twice.size, 1);
-    EXPECT_EQ(compareTopologies(*once[0]->getTopology(), *twice[0]->getTopology()), "");
-    Molecule a(once[0]->getTopology(), false);
-    Molecule b(twice[0]->getTopology(), false);
-    ASSERT_TRUE(once[0]->getTimeStep(0, &a) && twice[0]->getTimeStep(0, &b));
-    for (int i = 0; i < 3; ++i) EXPECT_EQ(a.coords[i], b.coords[i]);
 }
 
 } // namespace

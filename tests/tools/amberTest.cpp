@@ -1,8 +1,6 @@
 #include "amber/amberSamples.h"
 #include "program.h"
 
-#include <nlohmann/json.hpp>
-
 namespace {
 
 using namespace tarnex::test;
@@ -19,21 +17,14 @@ protected:
                                "   3.000   0.000   0.000   4.000   0.000   0.000\n";
 };
 
-nlohmann::json moleculesOf(std::vector<std::string> files) {
-    files.insert(files.begin(), {"info", "--json"});
-    return nlohmann::json::parse(runSilently(files))[0]["molecules"];
-}
-
 std::string errorOf(std::vector<std::string> files) {
     files.insert(files.begin(), "info");
-    Program program(files);
-    EXPECT_EQ(program.status(), 1);
-    return program.err();
+    return failureOf(files);
 }
 
 TEST_F(Amber, NamesStandInEitherOrder) {
-    EXPECT_EQ(moleculesOf({"a.top", "a.mdcrd"}), moleculesOf({"a.mdcrd", "a.top"}));
-    auto const molecules = moleculesOf({"a.mdcrd", "a.top", "a.mdcrd", "a.top", "a.top", "a.top", "a.crd", "a.mdcrd"});
+    EXPECT_EQ(moleculesIn({"a.top", "a.mdcrd"}), moleculesIn({"a.mdcrd", "a.top"}));
+    auto const molecules = moleculesIn({"a.mdcrd", "a.top", "a.mdcrd", "a.top", "a.top", "a.top", "a.crd", "a.mdcrd"});
     ASSERT_EQ(molecules.size(), 5U);
     EXPECT_EQ(molecules[1]["steps"], 3);
     EXPECT_EQ(molecules[2]["name"], "a.top");
@@ -67,10 +58,10 @@ TEST_F(Amber, TellsWhatCannotBeRead) {
     EXPECT_THAT(errorOf({"a.top", "empty.mdcrd"}), EndsWith("no frames in it\n"));
 
     std::filesystem::remove(scratchPath("a.crd"));
-    Program program({"info", "a.top", "a.mdcrd"});
-    EXPECT_EQ(program.status(), 0);
-    EXPECT_EQ(program.err(), "tarnex: note: a.top: all positions of step 0 are 0, since its restart file cannot be "
-                             "used: Could not load \"a.crd\"\n");
+    EXPECT_EQ(
+        notesOf({"info", "a.top", "a.mdcrd"}),
+        "tarnex: note: a.top: all positions of step 0 are 0, since its restart file cannot be used: Could not load "
+        "\"a.crd\"\n");
 }
 
 } // namespace

@@ -1,8 +1,6 @@
 #include "charmm/charmmSamples.h"
 #include "program.h"
 
-#include <nlohmann/json.hpp>
-
 namespace {
 
 using namespace tarnex::test;
@@ -18,27 +16,22 @@ TEST_F(Charmm, TakesTheTwoFilesInEitherOrder) {
         EXPECT_EQ(report["molecules"][0]["steps"], 4);
         EXPECT_EQ(report["molecules"][0]["atoms"], 6);
 
-        std::string const out = scratchPath("out.sdf");
-        Program convert({"convert", "--quiet", "--frames", "1::2", files[0], files[1], out});
-        EXPECT_EQ(convert.status(), 0) << convert.err();
-        std::string const text = readFile(out);
-        EXPECT_NE(text.find("    1.5000  101.5000  201.5000 O "), std::string::npos) << text;
-        EXPECT_NE(text.find("    3.6250  103.6250  203.6250 H "), std::string::npos);
+        runSilently({"convert", "--quiet", "--frames", "1::2", files[0], files[1], "out.sdf"});
+        std::string const text = readFile(scratchPath("out.sdf"));
+        EXPECT_THAT(text, HasSubstr("    1.5000  101.5000  201.5000 O "));
+        EXPECT_THAT(text, HasSubstr("    3.6250  103.6250  203.6250 H "));
         EXPECT_EQ(text.find("    2.5000"), std::string::npos);
     }
     // A topology serves several trajectories.
     std::string const two = writeFile("two.dcd", DcdBytes{.numFrames = 2});
-    auto const report = nlohmann::json::parse(runSilently({"info", "--json", dcd, psf, two}))[0];
-    EXPECT_EQ(report["molecules"][1]["steps"], 2);
+    EXPECT_EQ(moleculesIn({dcd, psf, two})[1]["steps"], 2);
 }
 
 TEST_F(Charmm, FailuresAndWarningsAreLines) {
     std::string const psf = writeFile("in.psf", PsfText());
     std::string const dcd = writeFile("in.dcd", DcdBytes());
     auto const says = [](std::vector<std::string> const& arguments, std::string const& line) {
-        Program program(arguments);
-        EXPECT_EQ(program.status(), 1);
-        EXPECT_EQ(program.err(), "tarnex: " + line + "\n");
+        EXPECT_EQ(failureOf(arguments), "tarnex: " + line + "\n");
     };
     std::string const pair = ": a PSF file and the DCD files for it are read together: FILE.psf FILE.dcd";
     says({"info", psf}, psf + pair);
@@ -60,12 +53,10 @@ TEST_F(Charmm, FailuresAndWarningsAreLines) {
     PsfText gaps = PsfText::ofAtoms(6);
     gaps.atoms.replace(gaps.atoms.find("3 S"), 1, "9");
     std::string const warned = writeFile("warned.psf", gaps);
-    Program program({"info", warned, dcd});
-    EXPECT_EQ(program.status(), 0);
-    EXPECT_EQ(program.err(), "tarnex: note: " + warned +
-                                 ": Warning: Expected atom nr. 3 but found nr. 9 !\n"
-                                 "tarnex: note: " +
-                                 warned + ": Warning: Expected atom nr. 10 but found nr. 4 !\n");
+    EXPECT_EQ(notesOf({"info", warned, dcd}), "tarnex: note: " + warned +
+                                                  ": Warning: Expected atom nr. 3 but found nr. 9 !\n"
+                                                  "tarnex: note: " +
+                                                  warned + ": Warning: Expected atom nr. 10 but found nr. 4 !\n");
 }
 
 } // namespace

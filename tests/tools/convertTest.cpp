@@ -1,6 +1,5 @@
-#include "model/Molecule.h"
-#include "model/MtListGroups.h"
 #include "qlt/MolTrajectoryVRK.h"
+#include "support/model.h"
 #include "tools/program.h"
 
 namespace {
@@ -10,20 +9,10 @@ using namespace tarnex::test;
 class Convert : public ToolTest {};
 class Frames : public ToolTest {};
 
-std::vector<std::string> linesOf(std::string const& text) {
-    std::vector<std::string> lines;
-    std::istringstream stream(text);
-    for (std::string line; std::getline(stream, line);) lines.push_back(line);
-    return lines;
-}
-
 /// An atom that is at `step` on the x axis in each of its steps.
 class Walk : public MolTrajectory {
 public:
-    explicit Walk(int numSteps) : steps(numSteps) {
-        topology->addGroup(0, new MtAtom);
-        topology->setName("walk");
-    }
+    explicit Walk(int numSteps) : MolTrajectory(newTopology(1)), steps(numSteps) { topology->setName("walk"); }
     int getNumTimeSteps() const override { return steps; }
     bool getTimeStep(int step, Molecule* molecule) override {
         molecule->setTopology(topology, false);
@@ -40,7 +29,7 @@ void writeWalk(char const* name, int steps, char const* residueLevel = nullptr) 
     if (residueLevel) {
         MolTopology* topology = walk->getTopology();
         topology->addGroup(topology->addLevel(residueLevel, 0, 12, -1), new MtIntraLevelRange(0, 0, 0));
-        topology->getLevel(0)->stringAttribute("name", MtGroupingLevel::CREATE, true)->setValue(0, "CA");
+        setText(topology, 0, "name", 0, "CA");
     }
     ASSERT_TRUE(MolTrajectoryVRK::writeQLTMolTrajectory(walk, scratchPath(name).c_str()));
 }
@@ -50,9 +39,11 @@ std::string stepsWritten(std::vector<std::string> arguments) {
     arguments.insert(arguments.begin(), "convert");
     arguments.insert(arguments.end(), {"walk.qlt", "walk.sdf"});
     runSilently(arguments);
-    std::vector<std::string> const lines = linesOf(readFile(scratchPath("walk.sdf")));
-    std::string steps;
-    for (std::size_t i = 4; i < lines.size(); i += 8) steps += std::to_string(std::stoi(lines[i])) + " ";
+    std::istringstream lines(readFile(scratchPath("walk.sdf")));
+    std::string line, steps;
+    for (int i = 0; std::getline(lines, line); ++i) {
+        if (i % 8 == 4) steps += std::to_string(std::stoi(line)) + " ";
+    }
     return steps;
 }
 
@@ -95,27 +86,22 @@ TEST_F(Convert, namesRecordsByTheirTopologyOrElseByTheOutput) {
 
 TEST_F(Convert, notesWhatTheOutputCannotKeep) {
     writeWalk("walk.qlt", 1, "residues");
-    Program program({"convert", "walk.qlt", "walk.sdf"});
-    EXPECT_EQ(program.status(), 0);
-    EXPECT_EQ(program.err(), "tarnex: note: sdf does not keep the levels residues; of the atoms name\n");
+    EXPECT_EQ(notesOf({"convert", "walk.qlt", "walk.sdf"}),
+              "tarnex: note: sdf does not keep the levels residues; of the atoms name\n");
     runSilently({"convert", "--quiet", "walk.qlt", "walk.sdf"});
     runSilently({"convert", "walk.qlt", "copy.qlt"});
 }
 
 TEST_F(Convert, tellsInOneLineWhyAMoleculeCannotBeWritten) {
-    MolTopology* topology = new MolTopology;
+    MolTopology* topology = newTopology(1000);
     topology->setName("big");
-    for (int i = 0; i < 1000; ++i) topology->addGroup(0, new MtAtom);
     McHandle<Molecule> const big(new Molecule(topology, true));
     ASSERT_TRUE(MolTrajectoryVRK::writeQLTMolecule(big, scratchPath("big.qlt").c_str()));
-    Program tooBig({"convert", "big.qlt", "out.sdf"});
-    EXPECT_EQ(tooBig.status(), 1);
-    EXPECT_EQ(tooBig.err(), "tarnex: out.sdf: molecule \"big\": Molecule contains too many atoms for sdf format\n");
-
+    EXPECT_EQ(failureOf({"convert", "big.qlt", "out.sdf"}),
+              "tarnex: out.sdf: molecule \"big\": Molecule contains too many atoms for sdf format\n");
     writeWalk("far.qlt", 100001);
-    Program tooFar({"convert", "--frames", "100000", "far.qlt", "out.sdf"});
-    EXPECT_EQ(tooFar.status(), 1);
-    EXPECT_EQ(tooFar.err(), "tarnex: out.sdf: molecule \"walk\": a number does not fit in its columns\n");
+    EXPECT_EQ(failureOf({"convert", "--frames", "100000", "far.qlt", "out.sdf"}),
+              "tarnex: out.sdf: molecule \"walk\": a number does not fit in its columns\n");
     EXPECT_THAT(filesLeft(), testing::UnorderedElementsAre("far.qlt", "big.qlt"));
 }
 
@@ -123,38 +109,37 @@ TEST_F(Convert, refusesADamagedFileUnlessToldToGoOn) {
     std::string damaged = readFile(ligands);
     damaged.replace(damaged.find(" 10  9  0"), 9, "  9  9  0");
     writeFile("damaged.sdf", damaged);
-    Program strict({"convert", "damaged.sdf", "out.sdf"});
-    EXPECT_EQ(strict.status(), 1);
-    EXPECT_THAT(strict.err(), StartsWith("tarnex: damaged.sdf: record 2, line "));
+    EXPECT_THAT(failureOf({"convert", "damaged.sdf", "out.sdf"}), StartsWith("tarnex: damaged.sdf: record 2, line "));
     EXPECT_THAT(filesLeft(), ElementsAre("damaged.sdf"));
-
-    Program lenient({"convert", "--keep-going", "damaged.sdf", "out.sdf"});
-    EXPECT_EQ(lenient.status(), 0);
-    EXPECT_THAT(lenient.err(), HasSubstr(": Atomnumber is out of range; what cannot be read is left out\n"));
+    EXPECT_THAT(notesOf({"convert", "--keep-going", "damaged.sdf", "out.sdf"}),
+                HasSubstr(": Atomnumber is out of range; what cannot be read is left out\n"));
     std::string const whole = runSilently({"convert", "--to", "sdf", ligands, "-"});
     EXPECT_EQ(readFile(scratchPath("out.sdf")), whole.substr(0, whole.find("$$$$\n") + 5));
 
     // A cut in the lines ahead of a record's counts line is damage as well.
     writeFile("cut.sdf", readFile(ligands) + "fourth\n  Tarnex\n");
-    EXPECT_EQ(Program({"convert", "cut.sdf", "out.sdf"}).status(), 1);
+    failureOf({"convert", "cut.sdf", "out.sdf"});
     writeFile("closed.sdf", readFile(ligands) + "\n \r\n");
     runSilently({"convert", "closed.sdf", "out.sdf"});
 }
 
 TEST_F(Frames, areTakenFromEndToEndWithBothEndsIncluded) {
     writeWalk("walk.qlt", 10);
-    EXPECT_EQ(stepsWritten({}), "0 1 2 3 4 5 6 7 8 9 ");
-    EXPECT_EQ(stepsWritten({"--frames", "0:9:3"}), "0 3 6 9 ");
-    EXPECT_EQ(stepsWritten({"--frames", "0:100:4"}), "0 4 8 ");
-    EXPECT_EQ(stepsWritten({"--frames", "2:4"}), "2 3 4 ");
-    EXPECT_EQ(stepsWritten({"--frames", "5"}), "5 ");
-    EXPECT_EQ(stepsWritten({"--frames", "7:"}), "7 8 9 ");
-    EXPECT_EQ(stepsWritten({"--frames", ":1"}), "0 1 ");
-    EXPECT_EQ(stepsWritten({"--frames", "::5"}), "0 5 ");
-    EXPECT_EQ(stepsWritten({"--frames=-2:"}), "8 9 ");
-    EXPECT_EQ(stepsWritten({"--frames=-100:-9"}), "0 1 ");
-    EXPECT_EQ(stepsWritten({"--frames=-1"}), "9 ");
-    EXPECT_EQ(stepsWritten({"--frames", "1:8:2147483647"}), "1 ");
+    for (auto const& [frames, steps] : {std::pair{"--frames=:", "0 1 2 3 4 5 6 7 8 9 "},
+                                        {"--frames=0:9:3", "0 3 6 9 "},
+                                        {"--frames=0:100:4", "0 4 8 "},
+                                        {"--frames=2:4", "2 3 4 "},
+                                        {"--frames=5", "5 "},
+                                        {"--frames=7:", "7 8 9 "},
+                                        {"--frames=:1", "0 1 "},
+                                        {"--frames=::5", "0 5 "},
+                                        {"--frames=-2:", "8 9 "},
+                                        {"--frames=-100:-9", "0 1 "},
+                                        {"--frames=-1", "9 "},
+                                        {"--frames=1:8:2147483647", "1 "}}) {
+        EXPECT_EQ(stepsWritten({frames}), steps) << frames;
+    }
+    EXPECT_EQ(stepsWritten({"--frames", "8:"}), "8 9 ");
 }
 
 TEST_F(Frames, leaveSingleStepsAloneAndMustNotBeNone) {
@@ -163,9 +148,8 @@ TEST_F(Frames, leaveSingleStepsAloneAndMustNotBeNone) {
     runSilently({"convert", "--frames", "4:6", "one.qlt", "walk.qlt", "both.qlt"});
     EXPECT_THAT(runSilently({"info", "both.qlt"}), HasSubstr(": 2 trajectories of 4 steps\n"));
     for (char const* const none : {"10", "10:20", "5:4"}) {
-        Program program({"convert", "--frames", none, "walk.qlt", "out.qlt"});
-        EXPECT_EQ(program.status(), 1) << none;
-        EXPECT_EQ(program.err(), "tarnex: walk.qlt: --frames selects none of the 10 steps of \"walk\"\n");
+        EXPECT_EQ(failureOf({"convert", "--frames", none, "walk.qlt", "out.qlt"}),
+                  "tarnex: walk.qlt: --frames selects none of the 10 steps of \"walk\"\n");
     }
 }
 

@@ -1,7 +1,5 @@
 #include "tools/program.h"
 
-#include <nlohmann/json.hpp>
-
 namespace {
 
 using namespace tarnex::test;

@@ -3,7 +3,6 @@
 
 #include "amber/amberSamples.h"
 #include "charmm/charmmSamples.h"
-#include "model/Molecule.h"
 #include "program.h"
 #include "qlt/MolTrajectoryVRK.h"
 

@@ -75,20 +75,14 @@ TEST_F(Output, keepsLinksAndModes) {
 
 TEST_F(Output, thatCannotBeMadeIsToldWithTheReason) {
     std::filesystem::create_directory(scratchPath("folder.sdf"));
-    Program absent({"convert", ligands, "absent/out.sdf"});
-    EXPECT_EQ(absent.status(), 1);
-    EXPECT_EQ(absent.err(), "tarnex: absent/out.sdf: No such file or directory\n");
-    Program folder({"convert", ligands, "folder.sdf"});
-    EXPECT_EQ(folder.status(), 1);
-    EXPECT_EQ(folder.err(), "tarnex: folder.sdf: Is a directory\n");
+    EXPECT_EQ(failureOf({"convert", ligands, "absent/out.sdf"}), "tarnex: absent/out.sdf: No such file or directory\n");
+    EXPECT_EQ(failureOf({"convert", ligands, "folder.sdf"}), "tarnex: folder.sdf: Is a directory\n");
 }
 
 TEST_F(Output, onAFullDiskLeavesNothingNewBehind) {
     for (char const* const name : {"out.sdf", "out.qlt"}) {
         writeFile(name, "old");
-        Program program({"convert", ligands, name}, -1, 1000);
-        EXPECT_EQ(program.status(), 1);
-        EXPECT_EQ(program.err(), "tarnex: " + std::string(name) + ": File too large\n");
+        EXPECT_EQ(failureOf({"convert", ligands, name}, 1000), "tarnex: " + std::string(name) + ": File too large\n");
         EXPECT_EQ(readFile(scratchPath(name)), "old");
     }
     EXPECT_THAT(filesLeft(), UnorderedElementsAre("out.sdf", "out.qlt"));
@@ -96,9 +90,8 @@ TEST_F(Output, onAFullDiskLeavesNothingNewBehind) {
 
 TEST_F(Output, toADeviceIsWrittenThroughAndNotReplaced) {
     if (access("/dev/full", W_OK) != 0) GTEST_SKIP() << "needs /dev/full";
-    Program full({"convert", "--to", "qlt", ligands, "/dev/full"});
-    EXPECT_EQ(full.status(), 1);
-    EXPECT_EQ(full.err(), "tarnex: /dev/full: No space left on device\n");
+    EXPECT_EQ(failureOf({"convert", "--to", "qlt", ligands, "/dev/full"}),
+              "tarnex: /dev/full: No space left on device\n");
     runSilently({"convert", "--to", "sdf", ligands, "/dev/null"});
     EXPECT_TRUE(std::filesystem::is_character_file("/dev/null"));
     EXPECT_TRUE(std::filesystem::is_character_file("/dev/full"));

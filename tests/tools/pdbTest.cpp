@@ -1,10 +1,9 @@
 #include "program.h"
 
-#include <nlohmann/json.hpp>
-
 namespace {
 
 using namespace tarnex::test;
+using testing::Not;
 using Pdb = ToolTest;
 
 /// A glycine, a water, and an ion, moved along x.
@@ -23,13 +22,10 @@ std::string model(double x) {
 
 TEST_F(Pdb, InfoTellsOfResiduesByKindAndOfChains) {
     std::string const file = writeFile("in.pdb", "TITLE     SMALL\n" + model(0.0));
-    Program text({"info", file});
-    ASSERT_EQ(text.status(), 0) << text.err();
-    EXPECT_NE(text.out().find("3 residues (1 amino acid, 1 ion, 1 water)"), std::string::npos) << text.out();
-    EXPECT_NE(text.out().find("1 chains (A)"), std::string::npos) << text.out();
-
-    Program json({"info", "--json", file});
-    auto const molecule = nlohmann::json::parse(json.out())[0]["molecules"][0];
+    std::string const text = runSilently({"info", file});
+    EXPECT_THAT(text, HasSubstr("3 residues (1 amino acid, 1 ion, 1 water)"));
+    EXPECT_THAT(text, HasSubstr("1 chains (A)"));
+    auto const molecule = moleculesIn({file})[0];
     EXPECT_EQ(molecule["atoms"], 6);
     EXPECT_EQ(molecule["bonds"], 3); // the ion has none
     EXPECT_EQ(molecule["levels"][2]["kinds"]["water"], 1);
@@ -40,27 +36,19 @@ TEST_F(Pdb, ModelsAreFrames) {
     std::string const file = writeFile("in.pdb", "MODEL        1\n" + model(0.0) + "ENDMDL\nMODEL        2\n" +
                                                      model(5.0) + "ENDMDL\nMODEL        3\n" + model(7.0) + "ENDMDL\n");
     std::string const picked = scratchPath("picked.pdb");
-    Program convert({"convert", "--frames", "1:2", file, picked});
-    ASSERT_EQ(convert.status(), 0) << convert.err();
+    EXPECT_EQ(Program({"convert", "--frames", "1:2", file, picked}).status(), 0);
     std::string const text = readFile(picked);
-    EXPECT_NE(text.find("MODEL 0 "), std::string::npos);
-    EXPECT_NE(text.find("MODEL 1 "), std::string::npos);
-    EXPECT_EQ(text.find("MODEL 2 "), std::string::npos);
-    EXPECT_NE(text.find("HETATM    1  N   GLY A   1       5.000   0.000   0.000  1.00 10.00           N0+\n"),
-              std::string::npos)
-        << text;
+    EXPECT_THAT(text, testing::AllOf(HasSubstr("MODEL 0 "), HasSubstr("MODEL 1 "), Not(HasSubstr("MODEL 2 "))));
+    EXPECT_THAT(text, HasSubstr("HETATM    1  N   GLY A   1       5.000   0.000   0.000  1.00 10.00           N0+\n"));
     // In place: the input is read to its end before it is replaced.
-    Program over({"convert", picked, picked});
-    ASSERT_EQ(over.status(), 0) << over.err();
+    EXPECT_EQ(Program({"convert", picked, picked}).status(), 0);
     EXPECT_EQ(readFile(picked), text);
 }
 
 TEST_F(Pdb, FailuresAreToldInOneLineAndLeaveNoFile) {
     std::string const out = scratchPath("out.pdb");
     auto const fails = [&](std::vector<std::string> const& arguments, std::string const& reason, rlim_t limit = 0) {
-        Program program(arguments, -1, limit);
-        EXPECT_EQ(program.status(), 1);
-        EXPECT_NE(program.err().find(reason), std::string::npos) << program.err();
+        EXPECT_THAT(failureOf(arguments, limit), HasSubstr(reason));
         EXPECT_FALSE(std::filesystem::exists(out));
     };
     fails({"convert", writeFile("empty.pdb", "REMARK nothing\n"), out}, "no ATOM or HETATM records");

@@ -4,7 +4,7 @@
 
 #include <csignal>
 #include <fcntl.h>
-#include <initializer_list>
+#include <nlohmann/json.hpp>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -76,6 +76,26 @@ inline std::string runSilently(std::vector<std::string> const& arguments) {
     EXPECT_EQ(program.status(), 0);
     EXPECT_EQ(program.err(), "");
     return program.out();
+}
+
+/// Runs the program, which has to fail, and returns what it says.
+inline std::string failureOf(std::vector<std::string> const& arguments, rlim_t fileLimit = 0) {
+    Program program(arguments, -1, fileLimit);
+    EXPECT_EQ(program.status(), 1);
+    return program.err();
+}
+
+/// Runs the program, which has to succeed, and returns its notes and warnings.
+inline std::string notesOf(std::vector<std::string> const& arguments) {
+    Program program(arguments);
+    EXPECT_EQ(program.status(), 0);
+    return program.err();
+}
+
+/// What the report in JSON tells of the molecules in an input of these files.
+inline nlohmann::json moleculesIn(std::vector<std::string> files) {
+    files.insert(files.begin(), {"info", "--json"});
+    return nlohmann::json::parse(runSilently(files))[0]["molecules"];
 }
 
 /// Names of the files in the scratch folder, without those that hold the program's output.

@@ -24,28 +24,26 @@ TEST(MolTrajectoryDCD, TellsTheFilesApartByTheEndsOfTheirNames) {
         EXPECT_EQ(opened.errors.empty(), opened.messages.find("Could not") != 0);
         return opened.messages;
     };
-    std::string const needDcd = "Need a dcd-file !\n";
-    std::string const needPsf = "Need a psf-file !\n";
-    EXPECT_EQ(messagesOf({"a.dcd"}), "");
-    EXPECT_EQ(messagesOf({"a.dcd", "a.psf", "b.psf"}), "");
-    EXPECT_EQ(messagesOf({"a.psf", "longer.dcd"}), needDcd);
-    EXPECT_EQ(messagesOf({"longer.psf", "a.dcd"}), needDcd);
-    EXPECT_EQ(messagesOf({"", ""}), needDcd);
-    EXPECT_EQ(messagesOf({"a", ".dcd"}), needDcd);
-    EXPECT_EQ(messagesOf({"a.psf", "b.psf"}), needDcd);
-    EXPECT_EQ(messagesOf({"a.dcd", "b.dcd"}), needPsf);
-    EXPECT_EQ(messagesOf({"a.DCD", "a.psf"}), needDcd);
-    EXPECT_EQ(messagesOf({"a.dcd", "psf"}), needPsf);
-    EXPECT_EQ(messagesOf({".psf", ".dcd"}), "Could not load \".psf\"\n");
+    std::string const needDcd = "Need a dcd-file !\n", needPsf = "Need a psf-file !\n";
+    std::pair<std::vector<std::string>, std::string> const cases[] = {
+        {{"a.dcd"}, ""},
+        {{"a.dcd", "a.psf", "b.psf"}, ""},
+        {{"a.psf", "longer.dcd"}, needDcd},
+        {{"longer.psf", "a.dcd"}, needDcd},
+        {{"", ""}, needDcd},
+        {{"a", ".dcd"}, needDcd},
+        {{"a.psf", "b.psf"}, needDcd},
+        {{"a.dcd", "b.dcd"}, needPsf},
+        {{"a.DCD", "a.psf"}, needDcd},
+        {{"a.dcd", "psf"}, needPsf},
+        {{".psf", ".dcd"}, "Could not load \".psf\"\n"},
+    };
+    for (auto const& [names, messages] : cases) EXPECT_EQ(messagesOf(names), messages);
     std::string const psf = writeFile("there.psf", PsfText());
     EXPECT_EQ(messagesOf({"not.dcd", psf}), "Could not load \"not.dcd\"\n");
-}
-
-TEST(MolTrajectoryDCD, FoldersAreNoFiles) {
-    std::string const folder = scratchPath("folder.psf");
-    std::filesystem::create_directories(folder);
-    OpenedTrajectory const opened(std::vector{writeFile("in.dcd", DcdBytes()), folder});
-    EXPECT_EQ(opened.messages, dataException("Expected token PSF not found in psf-file"));
+    std::filesystem::create_directories(scratchPath("folder.psf"));
+    EXPECT_EQ(OpenedTrajectory(std::vector{writeFile("in.dcd", DcdBytes()), scratchPath("folder.psf")}).messages,
+              dataException("Expected token PSF not found in psf-file"));
 }
 
 TEST(MolTrajectoryDCD, TakesBothOrdersOfNamesOfTheSameLength) {

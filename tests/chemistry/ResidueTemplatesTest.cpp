@@ -108,32 +108,21 @@ TEST(ResidueTemplates, AreChemicallySound) {
     }
 }
 
-TEST(ResidueTemplates, HaveTheKnownFormulas) {
-    std::map<std::string, std::string> const formulas = {
-        {"ALA", "C3H5NO"},      {"ARG", "C6H13N4O"},   {"ASN", "C4H6N2O2"},    {"ASP", "C4H4NO3"},
-        {"CYS", "C3H5NOS"},     {"GLN", "C5H8N2O2"},   {"GLU", "C5H6NO3"},     {"GLY", "C2H3NO"},
-        {"HIS", "C6H7N3O"},     {"ILE", "C6H11NO"},    {"LEU", "C6H11NO"},     {"LYS", "C6H13N2O"},
-        {"MET", "C5H9NOS"},     {"PHE", "C9H9NO"},     {"PRO", "C5H7NO"},      {"SER", "C3H5NO2"},
-        {"THR", "C4H7NO2"},     {"TRP", "C11H10N2O"},  {"TYR", "C9H9NO2"},     {"VAL", "C5H9NO"},
-        {"HID", "C6H7N3O"},     {"HIP", "C6H8N3O"},    {"ASH", "C4H5NO3"},     {"LYN", "C6H12N2O"},
-        {"NGLY", "C2H5NO"},     {"CGLY", "C2H3NO2"},   {"MSE", "C5H9NOSe"},    {"HOH", "H2O"},
-        {"A", "C10H11N5O6P"},   {"C", "C9H11N3O7P"},   {"G", "C10H11N5O7P"},   {"U", "C9H10N2O8P"},
-        {"I", "C10H10N4O7P"},   {"DA", "C10H11N5O5P"}, {"DC", "C9H11N3O6P"},   {"DG", "C10H11N5O6P"},
-        {"DT", "C10H12N2O7P"},  {"DU", "C9H10N2O7P"},  {"DA5", "C10H12N5O3"},  {"DA3", "C10H12N5O5P"},
-        {"ADE", "C10H11N5O6P"}, {"PSU", "C9H10N2O8P"}, {"OMC", "C10H13N3O7P"}, {"5MU", "C10H12N2O8P"},
-        {"ACE", "C2H3O"},       {"NME", "CH4N"},       {"NH2", "H2N"},         {"SEP", "C3H4NO5P"},
-    };
-    for (auto const& [name, expected] : formulas) EXPECT_EQ(formula(residue(name)), expected) << name;
-}
-
-TEST(ResidueTemplates, AreChargedAsNamed) {
-    std::map<std::string, int> const charges = {
-        {"ALA", 0},  {"ARG", 1},  {"ARN", 0},  {"ASP", -1}, {"ASH", 0}, {"GLU", -1}, {"GLH", 0},  {"LYS", 1},
-        {"LYN", 0},  {"HIS", 0},  {"HID", 0},  {"HIE", 0},  {"HIP", 1}, {"TYM", -1}, {"NALA", 1}, {"CALA", -1},
-        {"NPRO", 1}, {"NASP", 0}, {"CARG", 0}, {"A", -1},   {"DT", -1}, {"DT5", 0},  {"DT3", -1}, {"SEP", -2},
-        {"TPO", -2}, {"PTR", -2}, {"TYS", -1}, {"PCA", 0},  {"SME", 0}, {"HYP", 0},
-    };
-    for (auto const& [name, expected] : charges) EXPECT_EQ(charge(residue(name)), expected) << name;
+TEST(ResidueTemplates, HaveTheKnownFormulasAndCharges) {
+    std::istringstream formulas(
+        "ALA C3H5NO ARG C6H13N4O ASN C4H6N2O2 ASP C4H4NO3 CYS C3H5NOS GLN C5H8N2O2 GLU C5H6NO3 GLY C2H3NO "
+        "HIS C6H7N3O ILE C6H11NO LEU C6H11NO LYS C6H13N2O MET C5H9NOS PHE C9H9NO PRO C5H7NO SER C3H5NO2 "
+        "THR C4H7NO2 TRP C11H10N2O TYR C9H9NO2 VAL C5H9NO HID C6H7N3O HIP C6H8N3O ASH C4H5NO3 LYN C6H12N2O "
+        "NGLY C2H5NO CGLY C2H3NO2 MSE C5H9NOSe HOH H2O A C10H11N5O6P C C9H11N3O7P G C10H11N5O7P U C9H10N2O8P "
+        "I C10H10N4O7P DA C10H11N5O5P DC C9H11N3O6P DG C10H11N5O6P DT C10H12N2O7P DU C9H10N2O7P "
+        "DA5 C10H12N5O3 DA3 C10H12N5O5P ADE C10H11N5O6P PSU C9H10N2O8P OMC C10H13N3O7P 5MU C10H12N2O8P "
+        "ACE C2H3O NME CH4N NH2 H2N SEP C3H4NO5P");
+    for (std::string name, expected; formulas >> name >> expected;) EXPECT_EQ(formula(residue(name)), expected) << name;
+    std::istringstream charges(
+        "ALA 0 ARG 1 ARN 0 ASP -1 ASH 0 GLU -1 GLH 0 LYS 1 LYN 0 HIS 0 HID 0 HIE 0 HIP 1 TYM -1 NALA 1 "
+        "CALA -1 NPRO 1 NASP 0 CARG 0 A -1 DT -1 DT5 0 DT3 -1 SEP -2 TPO -2 PTR -2 TYS -1 PCA 0 SME 0 HYP 0");
+    std::string name;
+    for (int expected = 0; charges >> name >> expected;) EXPECT_EQ(charge(residue(name)), expected) << name;
 }
 
 TEST(ResidueTemplates, LinkChainsThroughTheirEndAtoms) {
@@ -163,17 +152,14 @@ TEST(ResidueTemplates, KnowRingsAsKekuleStructures) {
             if ((bond.atomA == a && bond.atomB == b) || (bond.atomA == b && bond.atomB == a)) return bond.order;
         return 0;
     };
-    EXPECT_EQ(order("HID", "ND1", "CE1"), 1);
-    EXPECT_EQ(order("HID", "CE1", "NE2"), 2);
-    EXPECT_EQ(order("HIE", "ND1", "CE1"), 2);
-    EXPECT_EQ(order("TYR", "CG", "CD1"), 2);
-    EXPECT_EQ(order("TRP", "CD2", "CE2"), 2);
-    EXPECT_EQ(order("TRP", "CZ2", "CZ3"), 0);
-    EXPECT_EQ(order("A", "C6", "N1"), 2);
-    EXPECT_EQ(order("G", "C6", "N1"), 1);
-    EXPECT_EQ(order("PRO", "N", "CD"), 1);
-    EXPECT_EQ(order("PSU", "C1'", "C5"), 1);
-    EXPECT_EQ(order("PSU", "C1'", "N1"), 0);
+    std::istringstream bonds(
+        "HID ND1 CE1 1 HID CE1 NE2 2 HIE ND1 CE1 2 TYR CG CD1 2 TRP CD2 CE2 2 TRP CZ2 CZ3 0 A C6 N1 2 "
+        "G C6 N1 1 PRO N CD 1 PSU C1' C5 1 PSU C1' N1 0");
+    std::string name, first, second;
+    for (int expected = 0; bonds >> name >> first >> second >> expected;) {
+        EXPECT_EQ(order(name.c_str(), first.c_str(), second.c_str()), expected)
+            << name << " " << first << " " << second;
+    }
 }
 
 struct NamedBySomeProgram {
@@ -236,12 +222,10 @@ TEST(ResidueTemplates, AreFoundByExactNamesAndAliases) {
         for (std::size_t i = 0; i < r.atoms.size(); ++i)
             EXPECT_EQ(r.atomIndex(r.atoms[i].name.c_str()), static_cast<int>(i)) << r.name << " " << r.atoms[i].name;
     }
-    EXPECT_EQ(residue("WAT").name, "HOH");
-    EXPECT_EQ(residue("TIP3").name, "HOH");
-    EXPECT_EQ(residue("HSD").name, "HID");
-    EXPECT_EQ(residue("NHIS").name, "NHIS");
-    EXPECT_EQ(residue("CLA").name, "CL");
-    EXPECT_EQ(residue("  G ").name, "G");
+    for (auto const& [alias, name] :
+         {std::pair{"WAT", "HOH"}, {"TIP3", "HOH"}, {"HSD", "HID"}, {"NHIS", "NHIS"}, {"CLA", "CL"}, {"  G ", "G"}}) {
+        EXPECT_EQ(residue(alias).name, name);
+    }
     for (char const* name : {"", " ", "XXX", "ala", "AL", "ALAA", "A L", "ALA2345678", "\xFF"})
         EXPECT_EQ(all.find(name), nullptr) << name;
     EXPECT_EQ(all.find(nullptr), nullptr);

@@ -1,7 +1,7 @@
 #include "model/Molecule.h"
 
 #include "foundation/McException.h"
-#include "model/MolTrajectoryMem.h"
+#include "support/model.h"
 #include "support/testing.h"
 
 #include <algorithm>
@@ -10,12 +10,6 @@
 namespace {
 
 using namespace tarnex::test;
-
-MolTopology* topologyOf(int atoms) {
-    auto* topology = new MolTopology;
-    for (int i = 0; i < atoms; ++i) topology->addGroup(0, new MtAtom);
-    return topology;
-}
 
 /// Two steps, of which the second cannot be read.
 struct HalfReadable : MolTrajectory {
@@ -34,16 +28,16 @@ struct HalfReadable : MolTrajectory {
 };
 
 TEST(MolTrajectoryMem, keepsItsOwnCoordinates) {
-    auto* molecule = new Molecule(topologyOf(2), true);
+    auto* molecule = new Molecule(newTopology(2), true);
     molecule->coords[1] = McVec3f(1, 2, 3);
     MolTrajectoryMem trajectory(molecule, 1);
     EXPECT_EQ(trajectory.getTopology(), molecule->getTopology());
     molecule->coords[1] = McVec3f(9, 9, 9);
     delete molecule;
-    Molecule step(topologyOf(5), false);
+    Molecule step(newTopology(5), false);
     step.setTopology(step.getTopology(), false);
     ASSERT_EQ(step.coords.size, step.getNumAtoms()) << "the topology that it holds stays alive";
-    step.setTopology(topologyOf(7), false);
+    step.setTopology(newTopology(7), false);
     EXPECT_EQ(step.coords[6], McVec3f(0, 0, 0));
     EXPECT_TRUE(trajectory.getTimeStep(0, &step));
     EXPECT_EQ(step.getTopology(), trajectory.getTopology());
@@ -66,7 +60,7 @@ TEST(MolTrajectoryMem, keepsItsOwnCoordinates) {
 }
 
 TEST(MolObject, isReachedByCasts) {
-    auto* molecule = new Molecule(topologyOf(1), true);
+    auto* molecule = new Molecule(newTopology(1), true);
     MolObject* object = molecule;
     EXPECT_EQ(dynamic_cast<Molecule*>(object), molecule);
     EXPECT_EQ(dynamic_cast<MolTrajectory*>(object), nullptr);

@@ -1,6 +1,6 @@
 #include "model/MolTopology.h"
-#include "model/MtListGroups.h"
 #include "model/members.h"
+#include "support/model.h"
 #include "support/testing.h"
 
 #include <climits>
@@ -13,12 +13,6 @@ namespace {
 using namespace tarnex::test;
 
 constexpr auto create = MtGroupingLevel::CREATE;
-
-MtDynamicGroup* list(std::vector<MtGroupRef> const& members) {
-    auto* group = new MtDynamicGroup;
-    for (MtGroupRef const& member : members) group->members.append(member);
-    return group;
-}
 
 /// Ten atoms, and two levels above them.
 class TopologyTest : public testing::Test {
@@ -111,14 +105,14 @@ TEST_F(TopologyTest, walksDownToTheAtoms) {
     topology.addBond(new MtBond(7, 2));
     EXPECT_EQ(atomsOf({1, 0}), (std::vector{7, 2}));
     topology.addGroup(residues, new MtIntraLevelRange(0, 2, 4));
-    topology.addGroup(residues, list({{0, 9}, {0, 10}, {0, 9}, {3, -1}, {8, 0}}));
+    topology.addGroup(residues, listOf({{0, 9}, {0, 10}, {0, 9}, {3, -1}, {8, 0}}));
     topology.addGroup(residues, new MtIntraLevelRange(0, INT_MIN, INT_MAX));
     EXPECT_EQ(atomsOf({residues, 1}), (std::vector{9, 9}));
     EXPECT_EQ(atomsOf({residues, 2}).size(), 10U);
-    topology.addGroup(chains, list({{residues, 1}, {0, 5}, {residues, 0}}));
+    topology.addGroup(chains, listOf({{residues, 1}, {0, 5}, {residues, 0}}));
     EXPECT_EQ(atomsOf({chains, 0}), (std::vector{9, 9, 5, 2, 3, 4}));
-    topology.addGroup(chains, list({{chains, 2}, {0, 1}}));
-    topology.addGroup(chains, list({{0, 0}, {chains, 2}, {chains, 1}, {0, 3}}));
+    topology.addGroup(chains, listOf({{chains, 2}, {0, 1}}));
+    topology.addGroup(chains, listOf({{0, 0}, {chains, 2}, {chains, 1}, {0, 3}}));
     EXPECT_EQ(atomsOf({chains, 1}), (std::vector{0, 3, 1})) << "groups that hold each other";
     for (MtGroupRef const missing : {MtGroupRef(), MtGroupRef(0, 10), MtGroupRef(9, 0), MtGroupRef(-1, 0)}) {
         EXPECT_TRUE(atomsOf(missing).empty());
@@ -127,8 +121,8 @@ TEST_F(TopologyTest, walksDownToTheAtoms) {
 
 TEST_F(TopologyTest, knowsWhetherGroupsShareMembers) {
     EXPECT_TRUE(segmentedWith(new MtIntraLevelRange(0, 0, 4)));
-    EXPECT_TRUE(segmentedWith(list({{0, 7}, {0, 7}, {0, 12}})));
-    EXPECT_FALSE(segmentedWith(list({{0, 8}, {0, 4}})));
+    EXPECT_TRUE(segmentedWith(listOf({{0, 7}, {0, 7}, {0, 12}})));
+    EXPECT_FALSE(segmentedWith(listOf({{0, 8}, {0, 4}})));
     level->groups[2]->setElement(1, MtGroupRef(0, 5));
     EXPECT_TRUE(segmentedWith(new MtIntraLevelRange(0, INT_MAX, INT_MAX)));
 }
@@ -136,7 +130,7 @@ TEST_F(TopologyTest, knowsWhetherGroupsShareMembers) {
 /// Walking every range would take 10^10 steps here.
 TEST_F(TopologyTest, findsOwnersAmongOverlappingRanges) {
     for (int i = 10; i < 100000; ++i) topology.addGroup(0, new MtAtom);
-    topology.addGroup(residues, list({{0, 70}, {0, 3}}));
+    topology.addGroup(residues, listOf({{0, 70}, {0, 3}}));
     topology.addGroup(residues, new MtIntraLevelRange(0, 1, 50));
     topology.addGroup(residues, new MtIntraLevelRange(residues, 0, 99));
     for (int i = 0; i < 100000; ++i) topology.addGroup(residues, new MtIntraLevelRange(0, 20 - i, 90 + i));
@@ -150,7 +144,7 @@ TEST_F(TopologyTest, copiesDeeply) {
     auto original = std::make_unique<MolTopology>(topology);
     original->addBond(new MtBond(3, 7));
     original->addGroup(residues, new MtIntraLevelRange(0, 1, 2));
-    original->addGroup(chains, list({{residues, 0}}));
+    original->addGroup(chains, listOf({{residues, 0}}));
     original->setData(new MolDataInt("n", 4));
     original->levels[residues]->flags = 0x31;
     auto* names = original->levels[residues]->stringAttribute("name", create, true);
@@ -159,22 +153,19 @@ TEST_F(TopologyTest, copiesDeeply) {
     EXPECT_EQ(original->levels[residues]->findGroupBackward("GLY") + original->findBond(7, 3), 0);
 
     std::unique_ptr<MolTopology> const copy(original->duplicate());
+    std::string const before = describe(original.get());
     names->setValue(0, "ALA");
     original->setData(new MolDataInt("n", 5));
     static_cast<MtBond*>(original->levels[1]->groups[0])->atomA() = 0;
     original.reset();
+    EXPECT_EQ(describe(copy.get()), before);
     EXPECT_EQ(copy->refCount, 0);
-    EXPECT_EQ(copy->getLevel(copy->getLevelIx("chains"))->getLowerLevelIx(), residues);
-    EXPECT_EQ(copy->levels[residues]->flags, 0x31);
     EXPECT_EQ(copy->levels[residues]->findGroupBackward("ALA"), -1);
     EXPECT_EQ(copy->levels[residues]->findGroupBackward("GLY"), 0);
     EXPECT_EQ(copy->findBond(7, 3), 0);
-    EXPECT_EQ(copy->getAtomFormalChargeAttribute(MolTopology::FIND)->getValue(9), -2);
-    EXPECT_EQ(dynamic_cast<MolDataInt&>(*copy->getData("n")).getValue(), 4);
     MtGroup const& bond = *copy->levels[1]->groups[0];
     EXPECT_EQ(typeid(bond), typeid(MtBond));
-    EXPECT_EQ(dynamic_cast<MtIntraLevelRange&>(*copy->levels[residues]->groups[0]).last, 2);
-    EXPECT_EQ(dynamic_cast<MtDynamicGroup&>(*copy->levels[chains]->groups[0]).members.size, 1);
+    EXPECT_TRUE(dynamic_cast<MtDynamicGroup*>(copy->levels[chains]->groups[0]));
 }
 
 TEST(SharedPool, keepsTheMemoryOfMoleculesThatOutliveEachOther) {

@@ -1,19 +1,14 @@
 #pragma once
 
-#include "model/MolTopology.h"
-#include "model/MolTrajectoryMem.h"
-#include "model/MtListGroups.h"
 #include "model/MtSmallGroups.h"
 #include "qlt/MolTrajectoryVRK.h"
+#include "support/model.h"
 #include "support/testing.h"
 
 #include <bit>
-#include <initializer_list>
 #include <limits>
 
 namespace tarnex::test {
-
-using Bundle = McDArray<McHandle<MolTrajectory>>;
 
 /// A new, empty folder for the files of one test.
 inline std::string scratchFolder() {
@@ -29,12 +24,6 @@ inline Bundle read(std::string const& name) {
     Bundle bundle;
     MolTrajectoryVRK::readBundle(name.c_str(), bundle);
     return bundle;
-}
-
-inline MtDynamicGroup* listOf(std::initializer_list<MtGroupRef> members) {
-    auto* list = new MtDynamicGroup;
-    for (MtGroupRef const& member : members) list->members.append(member);
-    return list;
 }
 
 inline MtGroup* groupOf(std::initializer_list<MtGroupRef> members) {
@@ -54,11 +43,10 @@ inline void addAtoms(MolTopology& topology, int numAtoms) {
 
 /// Two atoms and a bond with a type: nothing in it is left out and nothing comes twice.
 inline McHandle<MolTopology> smallTopology() {
-    McHandle<MolTopology> topology(new MolTopology);
+    McHandle<MolTopology> topology(newTopology(2));
     topology->setName("small");
-    addAtoms(*topology, 2);
     topology->addBond(new MtBond(1, 0));
-    topology->addIntegerAttribute(1, "type")->setValue(0, 2);
+    setInteger(topology, 1, "type", 0, 2);
     return topology;
 }
 

@@ -10,27 +10,10 @@
 #include <cstdlib>
 #include <cstring>
 #include <random>
-#include <unistd.h>
 
 namespace {
 
 using namespace tarnex::test;
-
-/// A file that lives as long as the object.
-class TextFile {
-public:
-    explicit TextFile(std::string const& text)
-        : path(testing::TempDir() + "scanner" + std::to_string(getpid()) + ".txt") {
-        std::ofstream(path, std::ios::binary) << text;
-    }
-    ~TextFile() { std::filesystem::remove(path); }
-    TextFile(TextFile const&) = delete;
-    TextFile& operator=(TextFile const&) = delete;
-    char const* name() const { return path.c_str(); }
-
-private:
-    std::string path;
-};
 
 using Random = std::mt19937;
 
@@ -184,9 +167,9 @@ TYPED_TEST_SUITE(Scanning, Scanners);
 TYPED_TEST(Scanning, equalsCharacterByCharacterReading) {
     for (unsigned seed = 0; seed < 3000 && !this->HasFailure(); ++seed) {
         Random random(seed);
-        TextFile const text(randomText(random));
-        TypeParam fast(text.name(), static_cast<std::size_t>(pick(random, 40)));
-        SlowScanner slow(text.name());
+        std::string const text = writeFile("text", randomText(random));
+        TypeParam fast(text.c_str(), static_cast<std::size_t>(pick(random, 40)));
+        SlowScanner slow(text.c_str());
         long position = 0;
         for (int i = 0; i < 80; ++i) {
             if (pick(random, 3) == 0) {
@@ -203,8 +186,7 @@ TYPED_TEST(Scanning, equalsCharacterByCharacterReading) {
 }
 
 TYPED_TEST(Scanning, takesWhatCannotBeReadAsEmpty) {
-    std::string const directory = testing::TempDir();
-    std::string const missing = directory + "no such file";
+    std::string const directory = scratchPath(""), missing = directory + "no such file";
     for (std::string const& name : {missing, directory}) {
         TypeParam scanner(name.c_str());
         EXPECT_EQ(scanner.isOpen(), name == directory);
@@ -219,37 +201,6 @@ TYPED_TEST(Scanning, takesWhatCannotBeReadAsEmpty) {
     }
 }
 
-TEST(tokenizer, takesTokensAndLines) {
-    TextFile const text("a b\nc\r\n  x  \n  x  \n");
-    tokenizer in(text.name());
-    EXPECT_STREQ(in.getString(), "a");
-    EXPECT_STREQ(in.getString(), "b");
-    EXPECT_STREQ(in.getString(), "\n");
-    EXPECT_STREQ(in.getString(), "\n");
-    in.nextLine();
-    EXPECT_STREQ(in.getString(), "c");
-    in.nextLine();
-    EXPECT_STREQ(in.getLineString(), "x");
-    in.nextLine();
-    EXPECT_STREQ(in.getUntrimmedLineString(), "  x  ");
-    in.nextLine();
-    EXPECT_EQ(in.lineNumber, 5);
-    EXPECT_FALSE(in.eof);
-    in.getNextToken();
-    EXPECT_TRUE(in.eof);
-}
-
-TEST(lengthizer, takesFieldsByWidth) {
-    TextFile const text("  12  ab\n  x  \n");
-    lengthizer in(text.name());
-    EXPECT_EQ(in.getInt(5), 12);
-    EXPECT_STREQ(in.getString(3), "ab");
-    EXPECT_STREQ(in.getString(3), "");
-    EXPECT_FALSE(in.eof);
-    in.nextLine();
-    EXPECT_STREQ(in.getUntrimmedLineString(), "  x");
-}
-
 TEST(reader, judgesItsBuffer) {
     struct Case {
         char const* token;
@@ -259,8 +210,8 @@ TEST(reader, judgesItsBuffer) {
          {Case{"", true, true}, Case{"+12", true, true}, Case{"-", true, true}, Case{"1-2", false, false},
           Case{"-1.5E+3", false, true}, Case{"E", false, true}, Case{"1e5", false, false}, Case{"1.2.3", false, false},
           Case{"1.E5", false, true}, Case{"E5-", false, false}, Case{"1EE", false, false}, Case{"+-1", false, false}}) {
-        TextFile const text(token);
-        lengthizer in(text.name());
+        std::string const text = writeFile("text", token);
+        lengthizer in(text.c_str());
         in.getToken(20);
         EXPECT_EQ(in.isInt(), isInt) << token;
         EXPECT_EQ(in.isFloat(), isFloat) << token;
@@ -275,9 +226,9 @@ TEST(reader, skipsLinesAsOneByOne) {
         std::string lines;
         for (int i = 0; i < 300; ++i) lines += std::string(static_cast<std::size_t>(pick(random, 30)), 'x') + "\n";
         lines.insert(seed, seed % 3 == 0 ? "\r\n" : "\n\r");
-        TextFile const text(lines + (pick(random, 2) == 0 ? "end" : ""));
-        lengthizer fast(text.name(), static_cast<std::size_t>(200 + pick(random, 3000)));
-        lengthizer slow(text.name());
+        std::string const text = writeFile("text", lines + (pick(random, 2) == 0 ? "end" : ""));
+        lengthizer fast(text.c_str(), static_cast<std::size_t>(200 + pick(random, 3000)));
+        lengthizer slow(text.c_str());
         while (!slow.eof) {
             int const count = pick(random, 200);
             fast.skipLines(count);
@@ -293,11 +244,11 @@ TEST(reader, skipsLinesAsOneByOne) {
 }
 
 TEST(reader, believesNoCountBeyondAMillionOrTheBytesOfTheFile) {
-    TextFile const text("1 2\n");
-    EXPECT_EQ(reader(text.name()).believableCount(999999), 999999);
-    EXPECT_EQ(reader(text.name()).believableCount(2000000000), 1000000);
-    std::filesystem::resize_file(text.name(), 3000000);
-    tokenizer in(text.name());
+    std::string const text = writeFile("text", "1 2\n");
+    EXPECT_EQ(reader(text.c_str()).believableCount(999999), 999999);
+    EXPECT_EQ(reader(text.c_str()).believableCount(2000000000), 1000000);
+    std::filesystem::resize_file(text.c_str(), 3000000);
+    tokenizer in(text.c_str());
     in.getToken();
     EXPECT_EQ(in.believableCount(2000000), 2000000);
     EXPECT_EQ(in.believableCount(2000000000), 3000000);
@@ -305,11 +256,11 @@ TEST(reader, believesNoCountBeyondAMillionOrTheBytesOfTheFile) {
 }
 
 TEST(reader, returnsToPlacesBeyondFourGigabytes) {
-    TextFile const text("first\n");
+    std::string const text = writeFile("text", "first\n");
     long const far = 5'000'000'000;
-    std::filesystem::resize_file(text.name(), static_cast<std::uintmax_t>(far));
-    std::ofstream(text.name(), std::ios::binary | std::ios::app) << "last line\n";
-    tokenizer in(text.name());
+    std::filesystem::resize_file(text.c_str(), static_cast<std::uintmax_t>(far));
+    std::ofstream(text.c_str(), std::ios::binary | std::ios::app) << "last line\n";
+    tokenizer in(text.c_str());
     in.setStreamPos(far);
     EXPECT_EQ(in.lineNumber, 0);
     EXPECT_STREQ(in.getString(), "last");

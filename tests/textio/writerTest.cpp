@@ -2,9 +2,6 @@
 
 #include "support/testing.h"
 
-#include <iterator>
-#include <unistd.h>
-
 namespace {
 
 using namespace tarnex::test;
@@ -12,17 +9,14 @@ using namespace tarnex::test;
 /// What `fill` writes.
 template <class Fill>
 std::string written(Fill fill) {
-    std::string const path = testing::TempDir() + "writer" + std::to_string(getpid()) + ".txt";
+    std::string const path = scratchPath("written.txt");
     try {
         writer out(path.c_str());
         EXPECT_TRUE(out.isOpen());
         fill(out);
     } catch (FloatConversion_Error const&) {
     }
-    std::ifstream in(path, std::ios::binary);
-    std::string text{std::istreambuf_iterator<char>(in), {}};
-    std::filesystem::remove(path);
-    return text;
+    return readFile(path);
 }
 
 TEST(writer, fitsTextsIntoColumns) {

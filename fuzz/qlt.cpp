@@ -16,7 +16,6 @@
 
 namespace {
 
-using Bundle = McDArray<McHandle<MolTrajectory>>;
 using namespace tarnex::test;
 
 std::string nameOf(char const* purpose) {

@@ -1,7 +1,6 @@
 #include "amber/AMBERread.h"
 
 #include "amberSamples.h"
-#include "support/RecordingProgress.h"
 #include "support/model.h"
 #include "support/testing.h"
 
@@ -51,7 +50,7 @@ TEST(AMBERread, LengthsOfBlocks) {
         for (int const count : {0, 1, 5, 12}) {
             AmberText text{.symbols = std::vector<std::string>(static_cast<std::size_t>(natom), "N"), .pointers = {}};
             text.passed = text.ntypes = count;
-            EXPECT_EQ(elementsOf(*read(text.text())), joined(natom, [](int) { return "7"; }));
+            EXPECT_EQ(elementsOf(*read(text.text())), joined(natom, "|", [](int) { return "7"; }));
         }
     }
 }
@@ -76,7 +75,7 @@ TEST(AMBERread, CountersAndLinesAheadOfTheSymbols) {
     AmberText text = sample();
     text.nphb = 1;
     // The symbols are looked for three lines behind their place.
-    EXPECT_EQ(elementsOf(*read(text.text())), joined(12, [](int) { return "0"; }));
+    EXPECT_EQ(elementsOf(*read(text.text())), joined(12, "|", [](int) { return "0"; }));
 
     std::string const noAtoms = AmberText{.symbols = {}, .pointers = {}}.text();
     auto const empty = read(noAtoms);

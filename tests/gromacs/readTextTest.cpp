@@ -1,6 +1,5 @@
 #include "gromacs/GROMACSread.h"
 #include "gromacs/GROMACSread_SINGLE.h"
-#include "support/RecordingProgress.h"
 #include "support/model.h"
 #include "support/testing.h"
 #include "textio/Parse_Error.h"

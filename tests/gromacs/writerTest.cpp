@@ -4,7 +4,6 @@
 #include "gromacs/MolTrajectoryGROMACS.h"
 #include "gromacs/MolTrajectoryGROMACS_SINGLE.h"
 #include "samples.h"
-#include "support/RecordingProgress.h"
 #include "support/testing.h"
 
 #include <clocale>

@@ -1,6 +1,5 @@
 #include "mdl/MDLIO.h"
 #include "mdl/MoleculeBundleMDL.h"
-#include "support/RecordingProgress.h"
 #include "support/model.h"
 #include "support/testing.h"
 

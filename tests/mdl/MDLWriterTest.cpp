@@ -1,5 +1,4 @@
 #include "mdl/MDLIO.h"
-#include "support/RecordingProgress.h"
 #include "support/model.h"
 #include "support/testing.h"
 #include "textio/numberText.h"

@@ -1,5 +1,4 @@
 #include "PDBreadSamples.h"
-#include "support/RecordingProgress.h"
 
 namespace {
 

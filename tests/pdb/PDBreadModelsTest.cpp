@@ -1,6 +1,5 @@
 #include "PDBreadSamples.h"
 #include "pdb/MolTrajectoryPDB.h"
-#include "support/RecordingProgress.h"
 
 namespace {
 

@@ -1,6 +1,5 @@
 #include "PDBwriteSamples.h"
 #include "model/MolTrajectoryMem.h"
-#include "support/RecordingProgress.h"
 
 #include <cmath>
 #include <limits>

@@ -41,35 +41,32 @@ inline std::string numberText(float number) {
     return text;
 }
 
-/// The texts of the numbers below `count`, divided by bars.
-inline std::string joined(std::int64_t count, std::function<std::string(int)> const& textOf) {
+/// The texts of the numbers below `count`.
+inline std::string joined(std::int64_t count, char const* divider, std::function<std::string(int)> const& textOf) {
     std::string all;
-    for (int i = 0; i < count; ++i) all += (i > 0 ? "|" : "") + textOf(i);
+    for (int i = 0; i < count; ++i) all += (i > 0 ? divider : "") + textOf(i);
     return all;
 }
 
 /// "0-3" for a range of groups of the level below, "0,3" for other groups; members of another level with its index.
 inline std::string membersOf(MtGroup const* group, int lowerLevelIx) {
-    auto const* range = dynamic_cast<MtIntraLevelRange const*>(group);
-    if (range && range->levelIx == lowerLevelIx)
-        return std::to_string(range->first) + "-" + std::to_string(range->last);
-    std::string text;
-    for (int i = 0; group && i < group->size(); ++i) {
-        int const levelIx = (*group)[i].levelIx;
-        text += (i > 0 ? "," : "") + (levelIx == lowerLevelIx ? "" : std::to_string(levelIx) + ":");
-        text += std::to_string((*group)[i].groupIx);
+    auto const level = [=](int index) { return index == lowerLevelIx ? "" : std::to_string(index) + ":"; };
+    if (auto const* range = dynamic_cast<MtIntraLevelRange const*>(group)) {
+        return level(range->levelIx) + std::to_string(range->first) + "-" + std::to_string(range->last);
     }
-    return text;
+    return joined(group ? group->size() : 0, ",",
+                  [&](int i) { return level((*group)[i].levelIx) + std::to_string((*group)[i].groupIx); });
 }
 
 /// "0-1|2-4" for two residues, "0,1|2,0" for two bonds.
 inline std::string groupsOf(MtGroupingLevel const* level) {
-    return joined(level->groups.size, [&](int i) { return membersOf(level->groups[i], level->getLowerLevelIx()); });
+    return joined(level->groups.size, "|",
+                  [&](int i) { return membersOf(level->groups[i], level->getLowerLevelIx()); });
 }
 
 /// The values of all groups, such as "N|CA".
 inline std::string valuesOf(MtGroupingLevel const* level, MtGroupAttribute const* attribute) {
-    return joined(level->groups.size, [&](int i) {
+    return joined(level->groups.size, "|", [&](int i) {
         if (auto const* texts = dynamic_cast<MtStringAttribute const*>(attribute))
             return std::string(texts->getValue(i));
         if (auto const* reals = dynamic_cast<MtFloatAttribute const*>(attribute)) return numberText(reals->getValue(i));
@@ -98,7 +95,7 @@ inline std::string bondsOf(MolTopology const* topology) {
 }
 
 inline std::string placesOf(McDArray<McVec3f> const& coords) {
-    return joined(coords.size, [&](int i) {
+    return joined(coords.size, "|", [&](int i) {
         return numberText(coords[i].x) + "," + numberText(coords[i].y) + "," + numberText(coords[i].z);
     });
 }

@@ -1,4 +1,3 @@
-#include "support/RecordingProgress.h"
 #include "support/model.h"
 #include "support/testing.h"
 #include "tripos/TriposIO.h"
@@ -103,7 +102,7 @@ TEST(TriposReader, BondTypesAndUnknownAtoms) {
     lines += "1 5 0 1\n1 5 6 1\n1 8 5 1\n1\n"; // 0 as second atom is none
     Result const read = readAll(molecule("3 18 0", "SMALL\nNO_CHARGES", lines));
     // Of the atoms with id 5 the last one counts.
-    EXPECT_EQ(bondsOf(firstOf(read)), joined(14, [](int) { return "1,2"; }) + " type 1|2|3|4|1|1|1|2|4|1|1|1|1|1");
+    EXPECT_EQ(bondsOf(firstOf(read)), joined(14, "|", [](int) { return "1,2"; }) + " type 1|2|3|4|1|1|1|2|4|1|1|1|1|1");
     EXPECT_TRUE(readAll(molecule("0 2 0", "SMALL\nX", "@<TRIPOS>BOND\n1 1 1 1\n")).isWhole);
 }
 

@@ -1,4 +1,3 @@
-#include "support/RecordingProgress.h"
 #include "support/model.h"
 #include "support/testing.h"
 #include "textio/numberText.h"

@@ -162,17 +162,6 @@ TEST(MolTrajectoryXYZ, FramesEndWhereTheNextIsNone) {
     testing::internal::GetCapturedStderr();
 }
 
-TEST(MolTrajectoryXYZ, ABadNumberEndsAStepAndNotTheNextOne) {
-    Opened const opened("2\n\nC 1 2 3\nC 4 5 6\n2\n\nC 7 x 9\nC 10 11 12\n");
-    Molecule molecule(opened.trajectory->getTopology(), false);
-    EXPECT_TRUE(opened.trajectory->getTimeStep(0, &molecule));
-    EXPECT_TRUE(opened.trajectory->getTimeStep(1, &molecule));
-    EXPECT_EQ(molecule.coords[0], McVec3f(7.0F, 0.0F, 3.0F));
-    EXPECT_EQ(molecule.coords[1], McVec3f(4.0F, 5.0F, 6.0F));
-    EXPECT_TRUE(opened.trajectory->getTimeStep(0, &molecule));
-    EXPECT_EQ(molecule.coords[0], McVec3f(1.0F, 2.0F, 3.0F));
-}
-
 /// Words, numbers and ends that make trouble, in any order, around a sound frame.
 TEST(MolTrajectoryXYZ, OddTextsAreReadAsByAStream) {
     std::istringstream words("2|3| |C|H |1.5 |-2e3 |1e|1e999 |-1e99 |1e-50 |.|-.5 |+7. |nan |inf |0x1p3 |1,5 |1d3 |"

@@ -58,19 +58,18 @@ TEST(GroReader, ResiduesBeginWhereTheNumberChanges) {
 }
 
 TEST(GroReader, CountsDecideWhatEverTheFileHolds) {
-    struct Case {
-        char const* text;
-        int atoms;
-        char const* residues;
-    };
-    for (Case const& c : {Case{"", 0, " "}, Case{"t\n0\n", 0, " "}, Case{"t\n-4\n", 0, " "},
-                          Case{"t\n      3\n", 0, " "}, Case{"t\n3\n    1ALA     CA    1   0.1", 3, "0-0|1-2 ALA|"},
-                          Case{"t\r\n 1\r\n    1ALA\r\n", 1, "0-0 ALA"}, Case{"t\n1\n    1A\tB", 1, "0-0 A\tB"}}) {
-        auto const molecule = readGro(c.text);
-        ASSERT_TRUE(molecule) << c.text;
-        EXPECT_EQ(molecule->getNumAtoms(), c.atoms) << c.text;
-        EXPECT_EQ(molecule->coords.size, c.atoms) << c.text;
-        EXPECT_EQ(residues(*molecule), c.residues) << c.text;
+    for (auto const& [text, atoms, named] : {std::tuple{"", 0, " "},
+                                             {"t\n0\n", 0, " "},
+                                             {"t\n-4\n", 0, " "},
+                                             {"t\n      3\n", 0, " "},
+                                             {"t\n3\n    1ALA     CA    1   0.1", 3, "0-0|1-2 ALA|"},
+                                             {"t\r\n 1\r\n    1ALA\r\n", 1, "0-0 ALA"},
+                                             {"t\n1\n    1A\tB", 1, "0-0 A\tB"}}) {
+        auto const molecule = readGro(text);
+        ASSERT_TRUE(molecule) << text;
+        EXPECT_EQ(molecule->getNumAtoms(), atoms) << text;
+        EXPECT_EQ(molecule->coords.size, atoms) << text;
+        EXPECT_EQ(residues(*molecule), named) << text;
     }
     EXPECT_EQ(readGro("t\n123456\n")->getNumAtoms(), 12345);
 }
@@ -133,22 +132,18 @@ TEST(TopReader, SectionsOfAllKinds) {
 }
 
 TEST(TopReader, WhatBeginsAndEndsASection) {
-    struct Case {
-        char const* text;
-        char const* bonds;
-    };
-    for (Case const& c : {
-             Case{"", " "},
-             Case{" [ bonds ]\n    1     2     1\n", " "},
-             Case{"[bonds]\n    1     2     1\n", " "},
-             Case{"[ bonds ]\n;    1     2     1\n    1     3     1\n", "0,2 1"},
-             Case{"[ bonds ]\n    1     2     1\nab\n    1     3     1\n", "0,1 1"},
-             Case{"[ molecules ]\n[ bonds ]\n    1     2     1\n", " "},
-             Case{"[ pairs ]\n\n[ bonds ]\n    1     2     1", "0,1 1"},
+    for (auto const& [text, bonds] : {
+             std::pair{"", " "},
+             {" [ bonds ]\n    1     2     1\n", " "},
+             {"[bonds]\n    1     2     1\n", " "},
+             {"[ bonds ]\n;    1     2     1\n    1     3     1\n", "0,2 1"},
+             {"[ bonds ]\n    1     2     1\nab\n    1     3     1\n", "0,1 1"},
+             {"[ molecules ]\n[ bonds ]\n    1     2     1\n", " "},
+             {"[ pairs ]\n\n[ bonds ]\n    1     2     1", "0,1 1"},
              // A comment behind a blank and the header of another section are rows; both name no atoms.
-             Case{"[ bonds ]\n ;   1     2     1\n[ pairs ]\n    1     4     2\n", "0,3 2"},
+             {"[ bonds ]\n ;   1     2     1\n[ pairs ]\n    1     4     2\n", "0,3 2"},
          }) {
-        EXPECT_EQ(Added(c.text).bonds(), c.bonds) << c.text;
+        EXPECT_EQ(Added(text).bonds(), bonds) << text;
     }
     EXPECT_THROW(Added("[ bonds ]\n" + std::string(1001, 'x') + "\n"), Parse_Error);
     EXPECT_EQ(Added("[ bonds ]\n" + std::string(1000, ' ') + "\n").bonds(), " ");

@@ -37,25 +37,19 @@ TEST(PDBreadAtoms, FieldsGoToTheirAttributes) {
 }
 
 TEST(PDBreadAtoms, Chains) {
-    AtomText const a{.chain = "A"};
-    AtomText const a2{.chain = "A", .number = 2};
-    AtomText const b{.chain = "B"};
-    AtomText const none{.chain = " "};
-    AtomText const hetA{.record = "HETATM", .chain = "A"};
-    AtomText const hetNone{.record = "HETATM", .chain = " "};
+    AtomText const a{.chain = "A"}, a2{.chain = "A", .number = 2}, b{.chain = "B"}, none{.chain = " "};
+    AtomText const hetA{.record = "HETATM", .chain = "A"}, hetNone{.record = "HETATM", .chain = " "};
     std::string const ter = "TER\n";
-    auto const chains = [](std::string const& text) { return namedGroups(readPDB(text)->getTopology(), "chains"); };
-    EXPECT_EQ(chains(none), "NIL 0-0; ");
-    EXPECT_EQ(chains(hetNone), "");
-    EXPECT_EQ(chains(a + b + a), "A 0-0; B 1-1; A 2-2; ");
-    EXPECT_EQ(chains(a + ter + a2), "A 0-0; A 1-1; ");
-    EXPECT_EQ(chains(a + ter + hetA), "A 0-1; ");
-    EXPECT_EQ(chains(a + ter + hetA + a2), "A 0-1; A 2-2; "); // the HETATM leaves the TER to the next ATOM
-    EXPECT_EQ(chains(ter + a + a2), "A 0-1; ");
-    EXPECT_EQ(chains(a + hetNone + a2), "A 0-0; A 2-2; ");
-    // The new chain joins the residue at hand and has none of its own.
-    EXPECT_EQ(chains(a + ter + a), "A 0-0; A 0-0; ");
-    EXPECT_EQ(chains(a + ter + a + a2), "A 0-0; A 1-1; ");
+    std::pair<std::string, char const*> const cases[] = {
+        {none, "NIL 0-0; "},
+        {hetNone, ""},
+        {a + b + a, "A 0-0; B 1-1; A 2-2; "},
+        {a + ter + hetA + a2, "A 0-1; A 2-2; "}, // the HETATM leaves the TER to the next ATOM
+        {a + ter + a, "A 0-0; A 0-0; "},         // the new chain joins the residue at hand and has none of its own
+    };
+    for (auto const& [text, chains] : cases) {
+        EXPECT_EQ(namedGroups(readPDB(text)->getTopology(), "chains"), chains) << text;
+    }
     EXPECT_FALSE(levelOf(readPDB(a + ter + a)->getTopology(), "chains")->hasFlag(MtGroupingLevel::segmentation));
 }
 

@@ -129,7 +129,14 @@ TEST(PDBwriteTables, SheetsAreCutWhereThePeptideEnds) {
 TEST(PDBwriteTables, StructureWithoutTypesIsSheets) {
     PdbSample p = makePeptides(4, {2});
     p.addElementOf(nullptr, "A", p.residuesIx(), {0, 1, 2, 3});
-    EXPECT_EQ(ResidueTables(p).segments(0), "0-1 / 2-3");
+    ResidueTables const tables(p);
+    EXPECT_EQ(tables.segments(0), "0-1 / 2-3");
+    molInfo const info(p.topology);
+    EXPECT_EQ(tables.pdb.getCAtomOfResidue(info, 1), 5);
+    EXPECT_EQ(tables.pdb.getNAtomOfResidue(info, 1), 3);
+    EXPECT_EQ(tables.pdb.getNAtomOfResidue(info, 4), -1);
+    p.text(p.residuesIx(), "type", 1, "DA"); // a nucleotide has no backbone of this kind
+    EXPECT_EQ(tables.pdb.getNAtomOfResidue(info, 1), -1);
 }
 
 /// The segment scan step by step: once for each membership, in the order of the residues.
@@ -284,20 +291,6 @@ TEST(PDBwriteTables, AtomsAndBonds) {
     pdb.generateBondData(info, residues, het, bondedHet, sulfurBonds);
     EXPECT_EQ(numbersOf(bondedHet[6]), (Numbers{6, 6}));
     EXPECT_EQ(sulfurBonds.size, 3); // 5-1 is written for its HETATM end
-}
-
-TEST(PDBwriteTables, BackboneAtoms) {
-    PdbSample p = makePeptides(2, {});
-    molInfo const info(p.topology);
-    PDBwrite pdb(residueDatabase(), nullptr, nullptr);
-    EXPECT_EQ(pdb.getCAtomOfResidue(info, 1), 5);
-    EXPECT_EQ(pdb.getNAtomOfResidue(info, 1), 3);
-    EXPECT_EQ(pdb.getNAtomOfResidue(info, 2), -1);
-    ASSERT_TRUE(pdb.writePDBMolecule(p.molecule.get(), scratchPath("x.pdb").c_str(), false));
-    EXPECT_TRUE(pdb.areResiduesBonded(info, 0, 1));
-    EXPECT_FALSE(pdb.areResiduesBonded(info, 1, 0));
-    p.text(p.residuesIx(), "type", 1, "DA");
-    EXPECT_EQ(pdb.getNAtomOfResidue(info, 1), -1);
 }
 
 } // namespace

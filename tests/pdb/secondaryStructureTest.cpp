@@ -355,22 +355,18 @@ TEST(PDBSecondaryStructure, OverlapWithOddRangesChangesNothingItCannotKeep) {
 }
 
 TEST(PDBSecondaryStructure, OwnerIsTheFirstGroupThatHoldsAMember) {
-    MolTopology topology;
-    for (int i = 0; i < 12; ++i) topology.addGroup(0, new MtAtom);
+    std::unique_ptr<MolTopology> const twelve(newTopology(12));
+    MolTopology& topology = *twelve;
     EXPECT_EQ(PDBread::getResIxOfAtom(molInfo(&topology), 3), -1);
     EXPECT_EQ(PDBread::getChainIxOfRes(molInfo(&topology), 3), -1);
     int const residuesIx = topology.addLevel("residues", 0, 12, -1);
     int const chainsIx = topology.addLevel("chains", residuesIx, 12, -1);
-    topology.addGroup(residuesIx, new MtIntraLevelRange(0, 6, 8));
-    topology.addGroup(residuesIx, new MtIntraLevelRange);
-    auto* list = new MtDynamicGroup;
-    list->members.append(MtGroupRef(residuesIx, 4));
-    list->members.append(MtGroupRef(0, 7));
-    list->members.append(MtGroupRef(0, 2));
-    topology.addGroup(residuesIx, list);
     auto* changed = new MtIntraLevelRange(0, 0, 0);
-    topology.addGroup(residuesIx, changed);
-    topology.addGroup(residuesIx, new MtIntraLevelRange(0, 0, 5));
+    for (MtGroup* residue : std::initializer_list<MtGroup*>{new MtIntraLevelRange(0, 6, 8), new MtIntraLevelRange,
+                                                            listOf({{residuesIx, 4}, {0, 7}, {0, 2}}), changed,
+                                                            new MtIntraLevelRange(0, 0, 5)}) {
+        topology.addGroup(residuesIx, residue);
+    }
     topology.levels[residuesIx]->setFlag(MtGroupingLevel::segmentation);
     molInfo const info(&topology);
     changed->last = 3;
@@ -380,10 +376,7 @@ TEST(PDBSecondaryStructure, OwnerIsTheFirstGroupThatHoldsAMember) {
         EXPECT_EQ(PDBread::getResIxOfAtom(info, atom), expected[atom]) << atom;
     }
 
-    auto* chain = new MtDynamicGroup;
-    chain->members.append(MtGroupRef(0, 1));
-    chain->members.append(MtGroupRef(residuesIx, 4));
-    topology.addGroup(chainsIx, chain);
+    topology.addGroup(chainsIx, listOf({{0, 1}, {residuesIx, 4}}));
     topology.addGroup(chainsIx, new MtIntraLevelRange(residuesIx, 1, 4));
     EXPECT_EQ(PDBread::getChainIxOfRes(info, 0), -1);
     EXPECT_EQ(PDBread::getChainIxOfRes(info, 1), 1);

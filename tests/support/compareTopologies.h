@@ -1,6 +1,6 @@
 #pragma once
 
-#include "support/model.h"
+#include "model.h"
 
 #include <bit>
 #include <typeinfo>

@@ -41,6 +41,22 @@ inline std::string readFile(std::string const& path) {
     return content.str();
 }
 
+/// Names of the files in the scratch folder, without those that hold a program's output.
+inline std::vector<std::string> filesLeft() {
+    std::vector<std::string> names;
+    for (auto const& entry : std::filesystem::directory_iterator(scratchPath(""))) {
+        std::string const name = entry.path().filename().string();
+        if (!name.starts_with("program.")) names.push_back(name);
+    }
+    return names;
+}
+
+/// A test that begins with an empty scratch folder.
+class CleanTest : public testing::Test {
+protected:
+    void SetUp() override { std::filesystem::remove_all(scratchPath("")); }
+};
+
 /// What a call writes on standard output.
 template <class Call>
 std::string printed(Call&& call) {

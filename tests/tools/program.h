@@ -11,11 +11,7 @@
 
 namespace tarnex::test {
 
-/// Begins each test with an empty scratch folder.
-class ToolTest : public testing::Test {
-protected:
-    void SetUp() override { std::filesystem::remove_all(scratchPath("")); }
-};
+using ToolTest = CleanTest;
 
 /// A run of the command line program in the scratch folder of the test.
 class Program {
@@ -96,16 +92,6 @@ inline std::string notesOf(std::vector<std::string> const& arguments) {
 inline nlohmann::json moleculesIn(std::vector<std::string> files) {
     files.insert(files.begin(), {"info", "--json"});
     return nlohmann::json::parse(runSilently(files))[0]["molecules"];
-}
-
-/// Names of the files in the scratch folder, without those that hold the program's output.
-inline std::vector<std::string> filesLeft() {
-    std::vector<std::string> names;
-    for (auto const& entry : std::filesystem::directory_iterator(scratchPath(""))) {
-        std::string const name = entry.path().filename().string();
-        if (!name.starts_with("program.")) names.push_back(name);
-    }
-    return names;
 }
 
 } // namespace tarnex::test

@@ -11,20 +11,14 @@ std::string const methanol = "@<TRIPOS>MOLECULE\nmethanol\n3 2 1\nSMALL\nUSER_CH
                              "1 C1 1.5 0 0 C.3 1 MOH 0.25\n2 O1 0 0.5 0 O.3 1 MOH -0.5\n3 H1 0 0 1 H 1 MOH 0.25\n"
                              "@<TRIPOS>BOND\n1 1 2 1\n2 2 3 1\n";
 
-TEST_F(Mol2, GoesThereAndBack) {
+TEST_F(Mol2, TellsWhatIsLost) {
     writeFile("in.mol2", methanol + methanol);
-    runSilently({"convert", "in.mol2", "out.mol2"});
-    EXPECT_THAT(readFile(scratchPath("out.mol2")), StartsWith("# Name: out.mol2\n"));
-    auto const molecules = moleculesIn({"out.mol2"});
-    EXPECT_EQ(molecules, moleculesIn({"in.mol2"}));
-    EXPECT_EQ(molecules.size(), 2U);
-    EXPECT_EQ(molecules[0]["name"], "methanol");
-    EXPECT_EQ(molecules[0]["bonds"], 2);
     EXPECT_EQ(notesOf({"convert", "in.mol2", "out.sdf"}),
               "tarnex: note: sdf does not keep the levels residues; of the atoms type, name, charge\n");
     EXPECT_EQ(notesOf({"convert", "out.sdf", "back.mol2"}),
               "tarnex: note: mol2 does not keep of the atoms formal_charge\n");
-    EXPECT_EQ(moleculesIn({"back.mol2"})[1]["formula"], molecules[1]["formula"]);
+    EXPECT_THAT(readFile(scratchPath("back.mol2")), StartsWith("# Name: back.mol2\n"));
+    EXPECT_EQ(moleculesIn({"back.mol2"})[1]["name"], "methanol");
 }
 
 TEST_F(Mol2, EachStepIsAMolecule) {

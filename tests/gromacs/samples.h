@@ -74,25 +74,16 @@ inline std::unique_ptr<Molecule> makeChain(int numAtoms) {
 }
 
 /// Steps that add their number to the x of all atoms of a molecule. A step `unreadable` leaves the coordinates alone.
-class MovingTrajectory : public MolTrajectory {
-public:
+struct MovingTrajectory : MadeTrajectory {
     MovingTrajectory(Molecule& start, int numSteps)
-        : MolTrajectory(start.getTopology()), coords(start.coords), steps(numSteps) {}
-
-    int getNumTimeSteps() const override { return steps; }
-    bool getTimeStep(int step, Molecule* molecule) override {
-        molecule->setTopology(topology, false);
-        if (step == unreadable) return false;
-        molecule->coords = coords;
-        for (McVec3f& place : molecule->coords) place.x += static_cast<float>(step);
-        return true;
-    }
-
+        : MadeTrajectory(start.getTopology(), numSteps,
+                         [this, places = start.coords](int step, McDArray<McVec3f>& coords) {
+                             if (step == unreadable) return false;
+                             coords = places;
+                             for (McVec3f& place : coords) place.x += static_cast<float>(step);
+                             return true;
+                         }) {}
     int unreadable = -1;
-
-private:
-    McDArray<McVec3f> coords;
-    int steps;
 };
 
 } // namespace tarnex::test

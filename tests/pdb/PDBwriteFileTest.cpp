@@ -1,8 +1,4 @@
 #include "PDBwriteSamples.h"
-#include "model/MolTrajectoryMem.h"
-
-#include <cmath>
-#include <limits>
 
 namespace {
 
@@ -165,21 +161,13 @@ TEST(PDBwriteFile, TrajectoryOfTwoSteps) {
     EXPECT_FALSE(pdb.areResiduesBonded(info, 0, 0));
 }
 
-/// Leaves the molecule as it is.
-class UnreadableTrajectory : public MolTrajectory {
-public:
-    explicit UnreadableTrajectory(MolTopology* atoms) : MolTrajectory(atoms) {}
-    int getNumTimeSteps() const override { return 1; }
-    bool getTimeStep(int, Molecule* molecule) override {
-        molecule->coords.clear();
-        return false;
-    }
-};
-
 TEST(PDBwriteFile, StepThatCannotBeRead) {
     PdbSample p;
     p.addAtom("C", 6);
-    UnreadableTrajectory trajectory(p.topology);
+    MadeTrajectory trajectory(p.topology, 1, [](int, McDArray<McVec3f>& coords) {
+        coords.clear();
+        return false;
+    });
     std::string const path = scratchPath("unread.pdb");
     ASSERT_TRUE(PDBwrite(residueDatabase(), nullptr, nullptr).writePDBMolTrajectory(&trajectory, path.c_str(), false));
     EXPECT_NE(readFile(path).find("UNK     1       0.000   0.000   0.000  0.00"), std::string::npos);

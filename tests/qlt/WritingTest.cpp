@@ -98,14 +98,8 @@ TEST_F(QltWriting, SourcesThatFail) {
 
 class Thrown {};
 
-class ThrowingTrajectory : public SampleTrajectory {
-public:
-    using SampleTrajectory::SampleTrajectory;
-    bool getTimeStep(int, Molecule*) override { throw Thrown(); }
-};
-
 TEST_F(QltWriting, ExceptionOfTheSourcePassesAndLeavesNothing) {
-    ThrowingTrajectory source(smallTopology(), 1);
+    MadeTrajectory source(smallTopology(), 1, [](int, McDArray<McVec3f>&) -> bool { throw Thrown(); });
     EXPECT_THROW(write(&source), Thrown);
     expectUntouched("an exception");
 }

@@ -104,27 +104,18 @@ inline McHandle<MolTopology> fullTopology() {
 }
 
 /// A trajectory in memory whose coordinates differ from step to step and hold all sorts of bits.
-class SampleTrajectory : public MolTrajectory {
-public:
-    SampleTrajectory(MolTopology* sampleTopology, int steps) : MolTrajectory(sampleTopology), numSteps(steps) {}
-
-    int getNumTimeSteps() const override { return numSteps; }
-    bool getTimeStep(int step, Molecule* molecule) override {
-        if (!molecule || step == failingStep) return false;
-        molecule->setTopology(topology, false);
-        molecule->coords.resize(molecule->coords.size + surplusAtoms);
-        for (std::int64_t i = 0; i < molecule->coords.size; ++i) {
-            auto const seed = static_cast<std::uint32_t>(i + 1) * 0x9E3779B9U + static_cast<std::uint32_t>(step);
-            molecule->coords[i] = {floatOf(seed), floatOf(seed * 3), floatOf(seed ^ 0x7FC00000U)};
-        }
-        return true;
-    }
-
+struct SampleTrajectory : MadeTrajectory {
+    SampleTrajectory(MolTopology* atoms, int numSteps)
+        : MadeTrajectory(atoms, numSteps, [this](int step, McDArray<McVec3f>& coords) {
+              coords.resize(coords.size + surplusAtoms);
+              for (std::int64_t i = 0; i < coords.size; ++i) {
+                  auto const seed = static_cast<std::uint32_t>(i + 1) * 0x9E3779B9U + static_cast<std::uint32_t>(step);
+                  coords[i] = {floatOf(seed), floatOf(seed * 3), floatOf(seed ^ 0x7FC00000U)};
+              }
+              return step != failingStep;
+          }) {}
     int failingStep = -1;
     int surplusAtoms = 0;
-
-private:
-    int numSteps;
 };
 
 /// The coordinates of a step as raw bytes; "none" if it cannot be read.

@@ -35,6 +35,24 @@ inline void setReal(MolTopology* topology, char const* name, int atom, float val
     topology->getLevel(0)->floatAttribute(name, MtGroupingLevel::CREATE, true)->setValue(atom, value);
 }
 
+/// A trajectory whose steps a function gives: it sets the places, and tells whether the step can be read.
+class MadeTrajectory : public MolTrajectory {
+public:
+    using Places = std::function<bool(int step, McDArray<McVec3f>& coords)>;
+    MadeTrajectory(MolTopology* atoms, int numSteps, Places placesOfStep)
+        : MolTrajectory(atoms), steps(numSteps), places(std::move(placesOfStep)) {}
+
+    int getNumTimeSteps() const override { return steps; }
+    bool getTimeStep(int step, Molecule* molecule) override {
+        if (molecule) molecule->setTopology(topology, false);
+        return molecule && places(step, molecule->coords);
+    }
+
+private:
+    int steps;
+    Places places;
+};
+
 inline std::string numberText(float number) {
     char text[32];
     std::snprintf(text, sizeof text, "%.7g", static_cast<double>(number));

@@ -9,23 +9,14 @@ using namespace tarnex::test;
 class Convert : public ToolTest {};
 class Frames : public ToolTest {};
 
-/// An atom that is at `step` on the x axis in each of its steps.
-class Walk : public MolTrajectory {
-public:
-    explicit Walk(int numSteps) : MolTrajectory(newTopology(1)), steps(numSteps) { topology->setName("walk"); }
-    int getNumTimeSteps() const override { return steps; }
-    bool getTimeStep(int step, Molecule* molecule) override {
-        molecule->setTopology(topology, false);
-        molecule->coords[0] = McVec3f(static_cast<float>(step), 0.0F, 0.0F);
-        return true;
-    }
-
-private:
-    int steps;
-};
-
+/// Writes an atom that is at `step` on the x axis in each of its steps.
 void writeWalk(char const* name, int steps, char const* residueLevel = nullptr) {
-    McHandle<MolTrajectory> const walk(new Walk(steps));
+    McHandle<MolTrajectory> const walk(
+        new MadeTrajectory(newTopology(1), steps, [](int step, McDArray<McVec3f>& coords) {
+            coords[0] = McVec3f(static_cast<float>(step), 0.0F, 0.0F);
+            return true;
+        }));
+    walk->getTopology()->setName("walk");
     if (residueLevel) {
         MolTopology* topology = walk->getTopology();
         topology->addGroup(topology->addLevel(residueLevel, 0, 12, -1), new MtIntraLevelRange(0, 0, 0));

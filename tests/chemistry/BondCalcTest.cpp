@@ -1,6 +1,5 @@
 #include "chemistry/BondCalc.h"
 
-#include "BondCalcStructures.h"
 #include "chemistry/ElementTable.h"
 #include "model/Molecule.h"
 #include "model/members.h"
@@ -23,6 +22,12 @@ using Method = bool (*)(MolObject*, McBitfield const&);
 constexpr auto create = MtGroupingLevel::CREATE;
 constexpr Method byLength = &BondCalc::bondLengthConnectSelection;
 constexpr Method standard = &BondCalc::standardConnectSelection;
+
+/// Histidine, proline and tryptophan, charged at both ends; deoxycytidine and deoxyguanosine, joined by a phosphate;
+/// and a molecule that is no residue of a chain. All have ideal geometry.
+std::string const tripeptide = readFile(TARNEX_TEST_DATA "/tripeptide.txt");
+std::string const dinucleotide = readFile(TARNEX_TEST_DATA "/dinucleotide.txt");
+std::string const aspirin = readFile(TARNEX_TEST_DATA "/aspirin.txt");
 
 /// A molecule with residues, as a reader of PDB files makes it.
 struct Sample {
@@ -110,7 +115,7 @@ Bonds withoutOrders(Bonds bonds) {
 }
 
 TEST(BondCalc, NamesAndDistancesTellTheSameBondsOfGoodGeometry) {
-    for (char const* text : {tripeptide, dinucleotide}) {
+    for (std::string const& text : {tripeptide, dinucleotide}) {
         EXPECT_EQ(withoutOrders(bondsOf(text, standard)), bondsOf(text, byLength));
     }
 }

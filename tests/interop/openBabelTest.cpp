@@ -1,12 +1,7 @@
-#include "chemistry/Resource.h"
 #include "interop/programs.h"
 #include "mdl/MDLIO.h"
-#include "pdb/PDBread.h"
-#include "pdb/PDBwrite.h"
 #include "tripos/TriposIO.h"
 
-#include <array>
-#include <map>
 #include <regex>
 
 namespace {
@@ -70,38 +65,6 @@ std::string writeMol2() {
 
 TEST_F(OpenBabel, CountsTheAtomsAndBondsOfOurMol2) {
     EXPECT_EQ(counts(obabel(writeMol2(), "sdf")), counts(readFile(TARNEX_EXAMPLES "/ligands.sdf")));
-}
-
-/// Atoms by element and residue, as columns 18-26 and 77-78 of atom lines tell.
-std::map<std::string, int> atomsOfPdb(std::string const& text) {
-    std::map<std::string, int> atoms;
-    std::istringstream lines(text);
-    for (std::string line; std::getline(lines, line);) {
-        if (line.rfind("ATOM  ", 0) == 0 || line.rfind("HETATM", 0) == 0) {
-            ++atoms[line.substr(17, 9) + line.substr(76, 2)];
-        }
-    }
-    return atoms;
-}
-
-TEST_F(OpenBabel, CountsTheAtomsAndResiduesOfOurPdb) {
-    std::string text;
-    char line[100];
-    for (int i = 0; i < 60; ++i) {
-        std::snprintf(line, sizeof line, "ATOM  %5d  %-2s  ALA %c%4d    %8.3f%8.3f%8.3f  1.00  0.00           %c\n",
-                      i + 1, std::array{"N", "CA", "C", "O", "CB"}[std::size_t(i % 5)], i < 30 ? 'A' : 'B', i / 5 + 1,
-                      i * 1.1, i % 3 * 0.9, i < 30 ? 0.0 : 20.0, "NCCOC"[i % 5]);
-        text += line;
-    }
-    McDArray<McHandle<MolTrajectory>> bundle;
-    ASSERT_EQ(PDBread(nullptr, nullptr).readPDBMolTrajectoryBundle(writeFile("in.pdb", text).c_str(), bundle), 1);
-    Molecule molecule(bundle[0]->getTopology(), false);
-    ASSERT_TRUE(bundle[0]->getTimeStep(0, &molecule));
-    std::string const ours = scratchPath("ours.pdb");
-    PDBwrite pdb(molchem::Resource::getInstance()->residueDatabase, nullptr, nullptr);
-    ASSERT_TRUE(pdb.writePDBMolecule(&molecule, ours.c_str(), false));
-    EXPECT_EQ(atomsOfPdb(readFile(ours)), atomsOfPdb(text));
-    EXPECT_EQ(atomsOfPdb(obabel(ours, "pdb")), atomsOfPdb(text));
 }
 
 } // namespace

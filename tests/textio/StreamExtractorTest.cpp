@@ -89,26 +89,14 @@ struct Twins {
     }
 
     void doSomething(Random& random) {
-        switch (pick(random, 12)) {
-        case 0:
-            return takeWord();
-        case 1:
-            return takeLine(pick(random, 40));
-        case 2:
-            return skipWhiteSpace();
-        case 3:
-            return ignore(pick(random, 20));
-        case 4:
-            return ignoreLineInPieces();
-        case 5:
-            return clear();
-        case 6:
-        case 7:
-        case 8:
-            return takeNumber<int, unsigned>();
-        default:
-            return takeNumber<float, unsigned>();
-        }
+        std::size_t const kind = pick(random, 12);
+        if (kind == 0) return takeWord();
+        if (kind == 1) return takeLine(pick(random, 40));
+        if (kind == 2) return skipWhiteSpace();
+        if (kind == 3) return ignore(pick(random, 20));
+        if (kind == 4) return ignoreLineInPieces();
+        if (kind == 5) return clear();
+        return kind < 9 ? takeNumber<int, unsigned>() : takeNumber<float, unsigned>();
     }
 
     void compareState() {

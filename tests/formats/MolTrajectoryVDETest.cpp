@@ -94,6 +94,21 @@ TEST(MolTrajectoryVDE, BadFilesGiveWhatCanBeRead) {
     EXPECT_EQ(opened({})->getNumTimeSteps(), 0);
 }
 
+TEST(MolTrajectoryVDE, PartsAreReadFromAnyStream) {
+    std::istringstream in(threeAtoms + "1 x\n0 0 0 1 0 0\n" + threeAtoms + "1\n5 0 0 0 0 0 rest");
+    MolTrajectoryVDE vde(nullptr, nullptr);
+    vde.readBaseTopo(in);
+    EXPECT_TRUE(std::unique_ptr<std::ifstream>(vde.openStep(0))->fail());
+    Molecule molecule(new MolTopology, true);
+    EXPECT_TRUE(vde.getTimeStep(0, &molecule)); // no file: the atoms alone
+    vde.readBonds(in, &molecule);               // all atoms lie at the origin
+    vde.readAtomPositions(in, &molecule);
+    vde.readBonds(in, &molecule);
+    EXPECT_EQ(bondsOf(molecule), "0,0|2,0");
+    std::string rest;
+    EXPECT_TRUE(in >> rest && rest == "rest");
+}
+
 /// The nearest atom by a walk over all of them.
 int nearestByWalk(McDArray<McVec3f> const& atoms, McVec3f const& end) {
     float best = std::numeric_limits<float>::max();

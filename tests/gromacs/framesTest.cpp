@@ -226,16 +226,20 @@ TEST(CheckFormat, LooksForTheSecondFrame) {
     std::string const inSingle = Frame<float>{.hasVelocities = true}.bytes();
     // Four bytes more than a frame in single precision are what passes as such.
     std::string const padded = inSingle + std::string(4, '\0');
-    for (auto const& [bytes, result] : {std::pair{inDouble + inDouble, 2},
-                                        {inDouble, -1},
-                                        {inDouble + inDouble.substr(0, 4), 2},
-                                        {inDouble + inDouble.substr(0, 3), -1},
-                                        {inSingle + inSingle, -1},
-                                        {padded + inSingle, 1},
-                                        {"", -1},
-                                        {"abc", -1},
-                                        {"abcd", -1},
-                                        {std::string(500, '\0'), 1}}) {
+    struct {
+        std::string bytes;
+        int result;
+    } const cases[] = {{inDouble + inDouble, 2},
+                       {inDouble, -1},
+                       {inDouble + inDouble.substr(0, 4), 2},
+                       {inDouble + inDouble.substr(0, 3), -1},
+                       {inSingle + inSingle, -1},
+                       {padded + inSingle, 1},
+                       {"", -1},
+                       {"abc", -1},
+                       {"abcd", -1},
+                       {std::string(500, '\0'), 1}};
+    for (auto const& [bytes, result] : cases) {
         EXPECT_EQ(GROMACSread(nullptr, nullptr).checkFormat(writeFile("in.trr", bytes).c_str()), result)
             << bytes.size();
     }

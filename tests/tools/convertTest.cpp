@@ -116,19 +116,11 @@ TEST_F(Convert, refusesADamagedFileUnlessToldToGoOn) {
 
 TEST_F(Frames, areTakenFromEndToEndWithBothEndsIncluded) {
     writeWalk("walk.qlt", 10);
-    for (auto const& [frames, steps] : {std::pair{"--frames=:", "0 1 2 3 4 5 6 7 8 9 "},
-                                        {"--frames=0:9:3", "0 3 6 9 "},
-                                        {"--frames=0:100:4", "0 4 8 "},
-                                        {"--frames=2:4", "2 3 4 "},
-                                        {"--frames=5", "5 "},
-                                        {"--frames=7:", "7 8 9 "},
-                                        {"--frames=:1", "0 1 "},
-                                        {"--frames=::5", "0 5 "},
-                                        {"--frames=-2:", "8 9 "},
-                                        {"--frames=-100:-9", "0 1 "},
-                                        {"--frames=-1", "9 "},
-                                        {"--frames=1:8:2147483647", "1 "}}) {
-        EXPECT_EQ(stepsWritten({frames}), steps) << frames;
+    std::istringstream cases(
+        ":|0 1 2 3 4 5 6 7 8 9 \n0:9:3|0 3 6 9 \n0:100:4|0 4 8 \n2:4|2 3 4 \n5|5 \n7:|7 8 9 \n:1|0 1 \n"
+        "::5|0 5 \n-2:|8 9 \n-100:-9|0 1 \n-1|9 \n1:8:2147483647|1 \n");
+    for (std::string frames, steps; std::getline(cases, frames, '|') && std::getline(cases, steps);) {
+        EXPECT_EQ(stepsWritten({"--frames=" + frames}), steps) << frames;
     }
     EXPECT_EQ(stepsWritten({"--frames", "8:"}), "8 9 ");
 }

@@ -60,6 +60,8 @@ TEST_F(TopologyTest, movesValuesWithTheirGroups) {
     EXPECT_EQ(level->integerAttribute("x", create, true), number);
     EXPECT_EQ(level->integerAttribute("y", MtGroupingLevel::FIND, true), nullptr);
     EXPECT_EQ(level->attributes.size, 3) << "an attribute is known by its name and type";
+    EXPECT_EQ(level->getAttribute(2), text);
+    for (int const absent : {-1, 3}) EXPECT_EQ(level->getAttribute(absent), nullptr);
     number->setValue(0, 5);
     for (int i = 0; i < 3; ++i) topology.addGroup(residues, new MtDynamicGroup);
     number->setValue(1, 1);
@@ -202,6 +204,15 @@ TEST(MtGroup, translatesUpToTheFirstRemovedMember) {
     EXPECT_EQ(bond[0], MtGroupRef(0, 13));
     EXPECT_EQ(range[2], MtGroupRef(2, 18));
     EXPECT_EQ(unset.size(), 0);
+}
+
+TEST(MtGroup, rangesTakeTheirEndsAndTheLevel) {
+    MtIntraLevelRange range(2, 6, 8), single(2, 6, 6);
+    range.setElement(0, {3, 4});
+    range.setElement(1, {3, 77}); // follows from the first
+    range.setElement(4, {3, 5});
+    single.setElement(0, {2, 9});
+    EXPECT_EQ(membersOf(&range, 3) + " " + membersOf(&single, 2), "4-5 9-9");
 }
 
 } // namespace

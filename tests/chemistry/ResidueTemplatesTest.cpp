@@ -162,51 +162,20 @@ TEST(ResidueTemplates, KnowRingsAsKekuleStructures) {
     }
 }
 
-struct NamedBySomeProgram {
-    char const* residue;
-    char const* names;
-    char const* meant; // the same atoms by their PDB version 3 names
-};
-
-constexpr NamedBySomeProgram otherNames[] = {
-    // PDB version 2
-    {"LEU", "1HB 2HB HG 1HD1 2HD1 3HD1 1HD2", "HB3 HB2 HG HD11 HD12 HD13 HD21"},
-    {"ALA", "1H 2H 3H 1HB 2HB 3HB", "H H2 H3 HB1 HB2 HB3"},
-    {"ILE", "1HG1 2HG1 1HG2 1HD1", "HG13 HG12 HG21 HD11"},
-    {"PRO", "1H 2H 1HD 2HD", "H3 H2 HD3 HD2"},
-    {"G", "O1P O2P O5* C5* 1H5* 2H5* H1* H2* 2HO* 1H2 2H2", "OP1 OP2 O5' C5' H5' H5'' H1' H2' HO2' H21 H22"},
-    {"DT", "1H2* 2H2* C5M 1H5M 2H5M 3H5M", "H2' H2'' C7 H71 H72 H73"},
-    // simulation programs
-    {"LYS", "HN HB1 HB2 HG1 HG2 HD1 HD2 HE1 HE2 HZ1", "H HB3 HB2 HG3 HG2 HD3 HD2 HE3 HE2 HZ1"},
-    {"ILE", "CG1 CD HG11 HG12 HD1 HD2 HD3", "CG1 CD1 HG13 HG12 HD11 HD12 HD13"},
-    {"GLY", "HT1 HT2 HT3 HA1 HA2 OT1 OT2", "H H2 H3 HA3 HA2 O OXT"},
-    {"GLY", "H1 H2 H3 O1 O2", "H H2 H3 O OXT"},
-    {"ALA", "OC1 OC2", "O OXT"},
-    {"PRO", "HN1 HN2", "H3 H2"},
-    {"PRO", "H1 H2", "H3 H2"},
-    {"SER", "HG1", "HG"},
-    {"LYN", "HZ1 HZ2", "HZ3 HZ2"},
-    {"ADE", "H2' H2'' H5T", "H2' H2'' HO5'"},
-    {"RA5", "H5T H2'1 HO'2 H5'1 H5'2", "HO5' H2' HO2' H5' H5''"},
-    {"ACE", "HH31 HH32 HH33", "H1 H2 H3"},
-    {"HOH", "OW HW1 HW2", "O H1 H2"},
-    {"TIP3", "OH2 H1 H2", "O H1 H2"},
-    {"SOD", "SOD", "NA"},
-    {"Cl-", "Cl-", "CL"},
-    // names that are atoms of their own take precedence over an alias
-    {"TYS", "O O1 O2", "O O1 O2"},
-    {"ILE", " CD1 HG2", "CD1 -"},
-};
-
 TEST(ResidueTemplates, KnowAtomsByTheNamesOfOtherPrograms) {
-    for (NamedBySomeProgram const& example : otherNames) {
-        ResidueTemplate const& r = residue(example.residue);
-        std::istringstream names(example.names), meant(example.meant);
-        for (std::string name, expected; names >> name && meant >> expected;) {
+    std::istringstream examples(readFile(TARNEX_TEST_DATA "/atomNames.txt"));
+    int numNames = 0;
+    for (std::string line; std::getline(examples, line);) {
+        if (line[0] == '#') continue;
+        std::size_t const colon = line.find(':'), divider = line.find(" = ");
+        ResidueTemplate const& r = residue(line.substr(0, colon));
+        std::istringstream names(line.substr(colon + 1, divider - colon)), meant(line.substr(divider + 3));
+        for (std::string name, expected; names >> name && meant >> expected; ++numNames) {
             int const index = r.atomIndex(name.c_str());
-            EXPECT_EQ(index < 0 ? "-" : atomAt(r, index).name, expected) << example.residue << " " << name;
+            EXPECT_EQ(index < 0 ? "-" : atomAt(r, index).name, expected) << line << ", " << name;
         }
     }
+    EXPECT_EQ(numNames, 100);
     ResidueTemplate const& cytidine = residue("CYT");
     std::string partner;
     for (TemplateBond const& bond : cytidine.bonds)

@@ -12,9 +12,9 @@ namespace tarnex {
 /// stay in the cache.
 class CellGrid {
 public:
-    /// Takes the atoms that take part; their coordinates are finite. Cells of more than `mostInCell` atoms are left
-    /// out, which bounds the number of pairs.
-    CellGrid(BondableAtoms const& bondableAtoms, double cellEdge, std::int64_t mostInCell);
+    /// Takes the atoms that take part; their coordinates are finite. Cells of more than `mostAtomsInCell` atoms are
+    /// left out, which bounds the number of pairs.
+    CellGrid(BondableAtoms const& bondableAtoms, double cellEdge, std::int64_t mostAtomsInCell);
 
     struct Place {
         std::uint64_t cell;

@@ -20,11 +20,11 @@ namespace {
 MolData::~MolData() = default;
 
 void MolData::getValueAsString(McString&) const {
-    throwNoConversion(name);
+    throwNoConversion(getName());
 }
 
 void MolData::setValueFromString(char const*) {
-    throwNoConversion(name);
+    throwNoConversion(getName());
 }
 
 MolDataInt::~MolDataInt() = default;

@@ -4,11 +4,13 @@
 #include "foundation/export.h"
 #include "model/GroupPool.h"
 
+#include <string>
+
 /// A named value that belongs to a topology as a whole, such as a data item of an SDF record. Every kind that a text
 /// format can carry converts to and from text.
 class TARNEX_API MolData : public tarnex::Pooled {
 public:
-    explicit MolData(char const* dataName) : name(dataName) {}
+    explicit MolData(char const* dataName) : name(dataName ? dataName : "") {}
     virtual ~MolData();
     MolData& operator=(MolData const&) = delete;
 
@@ -20,13 +22,13 @@ public:
     virtual void setValueFromString(char const* text);
 
     /// The key under which a topology keeps the datum.
-    char const* getName() const { return name; }
+    char const* getName() const { return name.c_str(); }
 
 protected:
     MolData(MolData const&) = default;
 
 private:
-    McString name;
+    std::string name;
 };
 
 template <class T>

@@ -7,7 +7,7 @@
 #include <cstring>
 
 namespace {
-constexpr int fewAttributes = 4; // room for what most levels have
+constexpr int fewAttributes = 6; // room for what most levels have
 } // namespace
 
 MtGroupingLevel::MtGroupingLevel(char const* levelName, int lowerLevel, int levelKind, int levelReserved)

@@ -19,7 +19,8 @@ constexpr double origin = 1 << 20;
 constexpr double lastIndex = (1 << 21) - 2;
 
 constexpr std::uint64_t atomsInBlock = 1024;
-constexpr int mostBlockBits = 8; // the number of a block fits a byte
+// Few enough to be filled side by side, and the number of a block fits a byte.
+constexpr int mostBlockBits = 7;
 
 template <class Visitor>
 void forEachAtom(BondableAtoms const& atoms, Visitor&& visit) {

@@ -7,7 +7,6 @@
 #include <cstdint>
 #include <cstring>
 #include <string_view>
-#include <typeinfo>
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
@@ -91,10 +90,6 @@ bool MolTopology::accepts(int levelIx, MtGroup const* group) const {
 
 /// Ranges and lists can be completed after they are added; all other groups must name what exists.
 bool MolTopology::hasMembers(MtGroup const& group, int size) const {
-    if (typeid(group) == typeid(MtBond)) {
-        auto const& bond = static_cast<MtBond const&>(group);
-        return hasAtom(bond.atoms[0]) && hasAtom(bond.atoms[1]);
-    }
     if (tarnex::asRange(&group) || dynamic_cast<MtDynamicGroup const*>(&group)) return true;
     for (int i = 0; i < size; ++i) {
         if (!tarnex::exists(*this, group[i])) return false;
@@ -103,7 +98,11 @@ bool MolTopology::hasMembers(MtGroup const& group, int size) const {
 }
 
 MtGroupRef MolTopology::addGroup(int levelIx, MtGroup* group) {
-    if (!accepts(levelIx, group)) {
+    return addIf(accepts(levelIx, group), levelIx, group);
+}
+
+MtGroupRef MolTopology::addIf(bool isAccepted, int levelIx, MtGroup* group) {
+    if (!isAccepted) {
         delete group;
         return {levelIx, -1};
     }
@@ -124,8 +123,9 @@ MtGroupRef MolTopology::insertGroup(int levelIx, MtGroup* group, int position) {
     return {levelIx, place};
 }
 
+/// There are as many bonds as atoms, so that they go without the questions that tell one kind of group from another.
 MtGroupRef MolTopology::addBond(MtBond* bond) {
-    return addGroup(1, bond);
+    return addIf(bond && hasAtom(bond->atoms[0]) && hasAtom(bond->atoms[1]), 1, bond);
 }
 
 int MolTopology::findBond(int atomA, int atomB) const {

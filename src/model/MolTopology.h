@@ -89,6 +89,7 @@ private:
     bool hasAtom(int atom) const { return atom >= 0 && atom < levels.data[0]->groups.size; }
     bool hasMembers(MtGroup const& group, int size) const;
     bool accepts(int levelIx, MtGroup const* group) const;
+    MtGroupRef addIf(bool isAccepted, int levelIx, MtGroup* group);
     int findData(char const* dataName) const;
 
     std::string name;

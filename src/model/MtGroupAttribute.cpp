@@ -20,32 +20,47 @@ MtFloatAttribute* MtFloatAttribute::duplicate(McDArray<MtGroup*> const& groupsOf
 
 MtStringAttribute::~MtStringAttribute() = default;
 
-void MtStringAttribute::setValue(int group, char const* value) {
-    if (!hasGroup(group)) return;
-    char const* text = value ? value : "";
-    char const*& slot = values.at(group, *groups, pool);
-    bool const isSame = slot ? std::strcmp(slot, text) == 0 : *text == 0;
-    if (!isSame) replace(group, slot, texts.store(text, pool));
-}
-
-void MtStringAttribute::setValue(int group, tarnex::ShortText value) {
-    if (hasGroup(group)) replace(group, values.at(group, *groups, pool), texts.store(value, pool));
-}
-
-void MtStringAttribute::replace(int group, char const*& slot, char const* stored) {
+template <class Store>
+void MtStringAttribute::replace(int group, Store&& store) {
+    tarnex::TextSlot& slot = slots.at(group, *groups, pool);
     if (nameIndex) nameIndex->leave(group);
-    slot = stored;
+    store(slot);
     if (nameIndex) nameIndex->enter(group);
 }
 
+void MtStringAttribute::setValue(int group, char const* value) {
+    if (!hasGroup(group)) return;
+    std::size_t const length = value ? std::strlen(value) : 0;
+    if (length <= tarnex::ShortText::maxLength) return setValue(group, tarnex::ShortText(value, length));
+    replace(group, [&](tarnex::TextSlot& slot) { storeLong(slot, value, length); });
+}
+
+void MtStringAttribute::setValue(int group, tarnex::ShortText value) {
+    if (!hasGroup(group)) return;
+    if (tarnex::TextSlot::fits(value)) {
+        replace(group, [&](tarnex::TextSlot& slot) { slot = tarnex::TextSlot(value); });
+    } else {
+        char text[tarnex::ShortText::room];
+        value.put(text);
+        replace(group, [&](tarnex::TextSlot& slot) { storeLong(slot, text, value.length()); });
+    }
+}
+
+/// In the place of the last text if there is room, so that values can change for ever.
+void MtStringAttribute::storeLong(tarnex::TextSlot& slot, char const* value, std::size_t length) {
+    if (slot.isLong() && length <= std::strlen(longTexts.data + slot.offset())) {
+        std::memmove(longTexts.data + slot.offset(), value, length + 1);
+        return;
+    }
+    std::int64_t const offset = longTexts.size;
+    longTexts.insert(offset, static_cast<std::int64_t>(length) + 1, value);
+    slot = tarnex::TextSlot::ofLongText(offset);
+}
+
 void MtStringAttribute::insertValue(int position) {
-    values.insertUnset(position, pool);
+    slots.insertUnset(position, pool);
 }
 
 MtStringAttribute* MtStringAttribute::duplicate(McDArray<MtGroup*> const& groupsOfLevel) const {
-    auto* copy = new MtStringAttribute(getName(), groupsOfLevel);
-    for (int i = 0; i < values.size(); ++i) {
-        if (char const* text = values.get(i)) copy->setValue(i, text);
-    }
-    return copy;
+    return new MtStringAttribute(*this, groupsOfLevel);
 }

@@ -5,7 +5,7 @@
 #include "model/GroupPool.h"
 #include "model/MtGroup.h"
 #include "model/PoolArray.h"
-#include "model/TextStore.h"
+#include "model/TextSlot.h"
 
 #include <cstdint>
 #include <string>
@@ -51,7 +51,8 @@ namespace tarnex {
 template <class T>
 class GroupValues {
 public:
-    T get(int group) const { return group < values.size() ? values[group] : T{}; }
+    /// Null for a value that was never set. Good until another value is set.
+    T const* find(int group) const { return group < values.size() ? &values[group] : nullptr; }
     /// A reference to the value of one of the level's groups, for which there is as much room as for groups.
     T& at(int group, McDArray<MtGroup*> const& groups, GroupPool* pool) {
         if (group == values.size() && group < values.capacity())
@@ -85,7 +86,10 @@ public:
         if (hasGroup(group)) values.at(group, *groups, pool) = value;
     }
     /// 0 for a value that was never set and for a group that does not exist.
-    T getValue(int group) const { return hasGroup(group) ? values.get(group) : T{}; }
+    T getValue(int group) const {
+        T const* value = hasGroup(group) ? values.find(group) : nullptr;
+        return value ? *value : T{};
+    }
 
     void insertValue(int position) override { values.insertUnset(position, pool); }
 
@@ -126,14 +130,16 @@ public:
         : MtGroupAttribute(attributeName, groupsOfLevel) {}
     ~MtStringAttribute() override;
 
-    /// Keeps a copy of the text; null counts as the empty string. A group that does not exist in the level is ignored.
+    /// Keeps a copy of the text, which may be one of this attribute's own; null counts as the empty string. A group
+    /// that does not exist in the level is ignored.
     void setValue(int group, char const* value);
     void setValue(int group, tarnex::ShortText value);
-    /// The empty string for a value that was never set and for a group that does not exist. The pointer stays good for
-    /// the life of the attribute, though the value may change.
+    /// The empty string for a value that was never set and for a group that does not exist. The pointer is good until
+    /// a value of this attribute is set or inserted.
     char const* getValue(int group) const {
-        char const* value = hasGroup(group) ? values.get(group) : nullptr;
-        return value ? value : "";
+        tarnex::TextSlot const* slot = hasGroup(group) ? slots.find(group) : nullptr;
+        if (!slot) return "";
+        return slot->isLong() ? longTexts.data + slot->offset() : slot->text();
     }
 
     void insertValue(int position) override;
@@ -142,10 +148,16 @@ public:
 private:
     friend class MtGroupingLevel;
 
-    void replace(int group, char const*& slot, char const* stored);
+    MtStringAttribute(MtStringAttribute const& other, McDArray<MtGroup*> const& groupsOfLevel)
+        : MtGroupAttribute(other.getName(), groupsOfLevel), slots(other.slots), longTexts(other.longTexts) {}
 
-    tarnex::GroupValues<char const*> values;
-    tarnex::TextStore texts;
+    template <class Store>
+    void replace(int group, Store&& store);
+    void storeLong(tarnex::TextSlot& slot, char const* value, std::size_t length);
+
+    tarnex::GroupValues<tarnex::TextSlot> slots;
+    /// The texts that do not fit in their slots, each with its NUL.
+    McDArray<char> longTexts;
     /// The level's index of group names if this attribute holds the names; it is told of every change.
     tarnex::GroupNameIndex* nameIndex = nullptr;
 };

@@ -22,9 +22,4 @@ inline std::uint64_t textHash(char const* text, std::size_t length) {
     return h ^ h >> 32U;
 }
 
-inline std::uint64_t textHash(ShortText text) {
-    std::uint64_t const h = text.packed() * 0xD6E8FEB86659FD93ULL;
-    return h ^ h >> 32U;
-}
-
 } // namespace tarnex

@@ -6,8 +6,7 @@
 
 namespace tarnex::test {
 
-/// An atom line; the atoms stand 10 Angstrom apart, so that no bonds are perceived.
-struct AtomText {
+struct AtomFields {
     char const* record = "ATOM";
     int serial = 1;
     char const* name = " C  ";
@@ -18,29 +17,18 @@ struct AtomText {
     char const* insertion = " ";
     char const* element = " C";
     char const* charge = "  ";
-    double x = 10.0 * serial;
+    double x = 10.0 * serial; // 10 Angstrom apart, so that no bonds are perceived
     double occupancy = 0.5;
     double temperature = 12.25;
-
-    operator std::string() const {
-        char line[100];
-        std::snprintf(line, sizeof line, "%-6s%5d %-4s%s%3s %s%4d%s   %8.3f%8.3f%8.3f%6.2f%6.2f      SEG %s%s\n",
-                      record, serial, name, location, type, chain, number, insertion, x, -1.5, 0.25, occupancy,
-                      temperature, element, charge);
-        return line;
-    }
 };
 
-inline std::string operator+(std::string const& text, AtomText const& atom) {
-    return text + std::string(atom);
-}
-
-inline std::string operator+(AtomText const& atom, std::string const& text) {
-    return std::string(atom) + text;
-}
-
-inline std::string operator+(AtomText const& a, AtomText const& b) {
-    return std::string(a) + std::string(b);
+/// An atom line.
+inline std::string atom(AtomFields const& a = {}) {
+    char line[100];
+    std::snprintf(line, sizeof line, "%-6s%5d %-4s%s%3s %s%4d%s   %8.3f%8.3f%8.3f%6.2f%6.2f      SEG %s%s\n", a.record,
+                  a.serial, a.name, a.location, a.type, a.chain, a.number, a.insertion, a.x, -1.5, 0.25, a.occupancy,
+                  a.temperature, a.element, a.charge);
+    return line;
 }
 
 /// Reads a text of one trajectory; null on failure.
@@ -51,23 +39,15 @@ inline McHandle<MolTrajectory> readPDB(std::string const& text, McProgressInterf
     return result == 1 ? bundle[0] : McHandle<MolTrajectory>();
 }
 
-/// The groups of a level, such as "helix H1 9-19; sheet A 1,2,3; ".
+/// The groups of a level, such as "helix H1 9-19; sheet A 1,2,3; "; empty without the level.
 inline std::string namedGroups(MolTopology const* topology, char const* levelName) {
     MtGroupingLevel* level = levelOf(topology, levelName);
-    if (!level) return "no level";
+    if (!level) return "";
     auto const* types = level->stringAttribute("type", MtGroupingLevel::FIND, true);
-    std::string text;
-    for (int i = 0; i < level->groups.size; ++i) {
-        if (types) text += std::string(types->getValue(i)) + ' ';
-        text += level->getGroupName(i) + (' ' + membersOf(level->groups[i], level->getLowerLevelIx())) + "; ";
-    }
-    return text;
-}
-
-inline McDArray<McVec3f> coordinates(MolTrajectory* trajectory, int step) {
-    Molecule molecule(trajectory->getTopology(), false);
-    EXPECT_TRUE(trajectory->getTimeStep(step, &molecule));
-    return molecule.coords;
+    return joined(level->groups.size, "", [&](int i) {
+        std::string const type = types ? types->getValue(i) + std::string(" ") : "";
+        return type + level->getGroupName(i) + " " + membersOf(level->groups[i], level->getLowerLevelIx()) + "; ";
+    });
 }
 
 } // namespace tarnex::test

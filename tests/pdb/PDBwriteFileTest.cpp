@@ -5,45 +5,30 @@ namespace {
 using namespace tarnex::test;
 
 /// Chain A with water, a chain without name, and a ligand, a water and an atom on their own.
-PdbSample makeProtein() {
-    PdbSample p;
-    p.addResidues({"GLY 5 N:7 CA:6 C:6", "CYS 6 SG:16", "ALA 9 CA:6 1HB:1", "SER 10 CA:6", "CYS 10 SG:16",
-                   "HOH 201 O:8", "VAL 3 C:6", "LEU 4 N:7 C:6", "THR -7 N:7", "HOH 1 O:8", "LIGX 301 CA:20 CL1:17",
-                   "HOH 302 O:8"});
+TEST(PDBwriteFile, Protein) {
+    PdbSample p({"GLY 5 N:7 CA:6 C:6", "CYS 6 SG:16", "ALA 9 CA:6 1HB:1", "SER 10 CA:6", "CYS 10 SG:16", "HOH 201 O:8",
+                 "VAL 3 C:6", "LEU 4 N:7 C:6", "THR -7 N:7", "HOH 1 O:8", "LIGX 301 CA:20 CL1:17", "HOH 302 O:8"});
     p.addAtom("", 0);
     p.addChain("A", 0, 5);
     p.addChain("NIL", 6, 9);
-    return p;
-}
-
-void addStructure(PdbSample& p) {
     p.addElement("helix", "1", {0, 1});
     p.addElement("sheet", "S", {6, 7, 8});
     p.addElement("helix", "H2", {1, 2, 3});
     p.addElement("turn", "7", {3, 4});
     p.addSite("AC1", {1, 4, 10, 11, 5});
-    p.addBond(3, 7);  // disulfide
-    p.addBond(9, 10); // peptide of VAL and LEU; none of LEU and THR
-    p.addBond(14, 15);
-    p.addBond(16, 17);
-}
-
-void addData(PdbSample& p) {
-    p.topology->setData(new MolDataString("PDB_HEADER", "    HYDROLASE\n"));
-    p.topology->setData(new MolDataString("PDB_TITLE", "    FIRST LINE\n   2 SECOND\r\nnot written"));
+    for (auto const& [a, b] : {std::pair{3, 7}, {9, 10}, {14, 15}, {16, 17}}) p.addBond(a, b);
+    for (auto const& [name, text] : {std::pair{"PDB_HEADER", "    HYDROLASE\n"},
+                                     {"PDB_TITLE", "    FIRST LINE\n   2 SECOND\r\nnot written"},
+                                     {"PDB_COMPND", "without a line end"},
+                                     {"PDB_JNRL", "    read, not written\n"},
+                                     {"PDB_REMARK", " 350   BIOMT1   1\n"}}) {
+        p.topology->setData(new MolDataString(name, text));
+    }
     p.topology->setData(new MolDataString("PDB_SOURCE", ("    " + std::string(80, 's') + "\n").c_str()));
     p.topology->setData(new MolDataInt("PDB_AUTHOR", 7));
-    p.topology->setData(new MolDataString("PDB_JNRL", "    read, not written\n"));
-    p.topology->setData(new MolDataString("PDB_REMARK", " 350   BIOMT1   1\n"));
     setReal(p.topology, "charge", 3, -1.9F);
     setReal(p.topology, "occupancy", 4, 0.5F);
     setReal(p.topology, "temperature", 4, 23.456F);
-}
-
-TEST(PDBwriteFile, Protein) {
-    PdbSample p = makeProtein();
-    addStructure(p);
-    addData(p);
     std::string const source = "SOURCE    " + std::string(70, 's');
     EXPECT_EQ(
         written(*p.molecule),
@@ -52,7 +37,6 @@ TEST(PDBwriteFile, Protein) {
             "TITLE     FIRST LINE",
             "TITLE    2 SECOND",
             "TITLE",
-            "COMPND",
             source.c_str(),
             "REMARK 350   BIOMT1   1",
             "REMARK Exported by velorMol",
@@ -102,38 +86,45 @@ TEST(PDBwriteFile, Protein) {
         }));
 }
 
-TEST(PDBwriteFile, NoLevels) {
-    PdbSample p;
-    p.addAtom("C1", 6);
-    p.addAtom("LONGNAME", 8);
-    p.addBond(0, 1);
-    p.molecule->coords.resize(1);
-    EXPECT_EQ(written(*p.molecule),
-              cards({"HEADER", "TITLE", "COMPND", "REMARK Exported by velorMol",
-                     "HETATM    1  C1  UNK     1       0.500   0.000 100.000  0.00  0.00           C  ",
-                     "HETATM    2  OLO UNK     1       0.000   0.000   0.000  0.00  0.00           O  ", "ENDMDL",
-                     "CONECT    1    2", "CONECT    2    1",
-                     "MASTER        0    0    0    0    0    0    0    0    2    0    2    0", "END"}));
-
+TEST(PDBwriteFile, EmptyMolecule) {
     Molecule empty(new MolTopology, true);
     EXPECT_EQ(written(empty), cards({"HEADER", "TITLE", "COMPND", "REMARK Exported by velorMol", "ENDMDL",
                                      "MASTER        0    0    0    0    0    0    0    0    0    0    0    0", "END"}));
 }
 
-TEST(PDBwriteFile, BareAtomsAndResidues) {
-    auto* topology = new MolTopology;
-    Molecule molecule(topology, true);
-    topology->addGroup(0, new MtAtom);
-    int const residues = topology->addLevel("residues", 0, 12, -1);
-    topology->addGroup(residues, new MtIntraLevelRange(0, 0, 7));
-    topology->addGroup(residues, nullptr);
-    int const chains = topology->addLevel("chains", residues, 12, -1);
-    topology->addGroup(chains, new MtIntraLevelRange(residues, -5, 1000));
-    std::string const file = written(molecule);
-    // No element is written as hydrogen, no type of residue as UNK, no name of atom or charge as blanks.
-    EXPECT_NE(file.find("HETATM    1      UNK     1       0.000   0.000   0.000  0.00  0.00           H  \n"),
-              std::string::npos)
-        << file;
+TEST(PDBwriteFile, AtomsInTheOrderOfTheirResiduesAndBonds) {
+    PdbSample p;
+    for (char const* type : {"C", "SG", "S", "N", "C", "SD", "C"}) p.addAtom(type, 6);
+    p.topology->addGroup(p.residuesIx(), new MtIntraLevelRange(0, 4, 6));
+    p.topology->addGroup(p.residuesIx(), new MtIntraLevelRange(0, 1, 4)); // ahead, since it is in a chain
+    setText(p.topology, p.residuesIx(), "type", 1, "HOH");
+    p.addChain("A", 1, 1);
+    for (auto const& [a, b] : {std::pair{1, 2}, {2, 3}, {5, 1}, {0, 3}, {6, 6}}) p.addBond(a, b); // 2-3 is implied
+    std::string const file = written(*p.molecule);
+    EXPECT_EQ(file.substr(file.find("SSBOND")),
+              cards({"SSBOND   1 HOH A    1    HOH A    1",
+                     "ATOM      1  CSG HOH A   1       1.500  -1.000 100.000  0.00  0.00           C  ",
+                     "ATOM      2  CS  HOH A   1       2.500  -2.000 100.000  0.00  0.00           C  ",
+                     "ATOM      3  CN  HOH A   1       3.500  -3.000 100.000  0.00  0.00           C  ",
+                     "ATOM      4  C   HOH A   1       4.500  -4.000 100.000  0.00  0.00           C  ",
+                     "TER       5      HOH A   1",
+                     "HETATM    6  CSD         1       5.500  -5.000 100.000  0.00  0.00           C  ",
+                     "HETATM    7  C           1       6.500  -6.000 100.000  0.00  0.00           C  ",
+                     "HETATM    8  C   UNK     1       0.500   0.000 100.000  0.00  0.00           C  ", "ENDMDL",
+                     "CONECT    8    3", "CONECT    1    2    6", "CONECT    2    1", "CONECT    3    8",
+                     "CONECT    6    1", "CONECT    7    7    7",
+                     "MASTER        0    0    0    0    0    0    0    0    7    1    6    1", "END"}));
+}
+
+/// No element is written as hydrogen, no type of residue as UNK, no name of atom or charge as blanks.
+TEST(PDBwriteFile, BareAtomsAndRangesOfWhatIsNotThere) {
+    PdbSample p;
+    p.topology->addGroup(0, new MtAtom);
+    p.topology->addGroup(p.residuesIx(), new MtIntraLevelRange(0, 0, 7));
+    p.topology->addGroup(p.residuesIx(), nullptr);
+    p.addChain("", -5, 1000);
+    EXPECT_EQ(writtenRecords(p, "HETATM"),
+              cards({"HETATM    1      UNK     1       0.000   0.000   0.000  0.00  0.00           H  "}));
 }
 
 TEST(PDBwriteFile, TrajectoryOfTwoSteps) {
@@ -143,16 +134,20 @@ TEST(PDBwriteFile, TrajectoryOfTwoSteps) {
     p.addBond(0, 1);
     p.addResidue("HOH", 4, 1);
     p.addChain("W", 0, 0); // the hydrogen: the oxygen is in no residue
-    MolTrajectoryMem trajectory(p.molecule.get(), 2);
+    MadeTrajectory trajectory(p.topology, 2, [&](int step, McDArray<McVec3f>& coords) {
+        coords = p.molecule->coords;
+        if (step == 1) coords.resize(1); // the other atom is written at the origin
+        return step == 0;                // a step that cannot be read is written as it is
+    });
     std::string const path = scratchPath("steps.pdb");
-    PDBwrite pdb(residueDatabase(), nullptr, nullptr);
+    PDBwrite pdb = pdbWriter();
     ASSERT_TRUE(pdb.writePDBMolTrajectory(&trajectory, path.c_str(), false));
     EXPECT_EQ(readFile(path),
               cards({"HEADER", "TITLE", "COMPND", "REMARK Exported by velorMol", "SEQRES   1 W    1  HOH", "MODEL 0",
                      "ATOM      1  H1  HOH W   4       1.500  -1.000 100.000  0.00  0.00           H  ",
                      "TER       2      HOH W   4",
                      "HETATM    3  O   UNK     1       0.500   0.000 100.000  0.00  0.00           O  ", "ENDMDL",
-                     "MODEL 1", "ATOM      4  H1  HOH W   4       1.500  -1.000 100.000  0.00  0.00           H  ",
+                     "MODEL 1", "ATOM      4  H1  HOH W   4       0.000   0.000   0.000  0.00  0.00           H  ",
                      "TER       5      HOH W   4",
                      "HETATM    6  O   UNK     1       0.500   0.000 100.000  0.00  0.00           O  ", "ENDMDL",
                      "CONECT    6    4", "CONECT    4    6",
@@ -161,25 +156,11 @@ TEST(PDBwriteFile, TrajectoryOfTwoSteps) {
     EXPECT_FALSE(pdb.areResiduesBonded(info, 0, 0));
 }
 
-TEST(PDBwriteFile, StepThatCannotBeRead) {
-    PdbSample p;
-    p.addAtom("C", 6);
-    MadeTrajectory trajectory(p.topology, 1, [](int, McDArray<McVec3f>& coords) {
-        coords.clear();
-        return false;
-    });
-    std::string const path = scratchPath("unread.pdb");
-    ASSERT_TRUE(PDBwrite(residueDatabase(), nullptr, nullptr).writePDBMolTrajectory(&trajectory, path.c_str(), false));
-    EXPECT_NE(readFile(path).find("UNK     1       0.000   0.000   0.000  0.00"), std::string::npos);
-}
-
 TEST(PDBwriteFile, Failures) {
     std::ostringstream messages;
     PDBwrite pdb("/no/such/residues.qlt", &messages, nullptr);
-    PdbSample p;
-    p.addResidue("HOH", 1);
-    MolTrajectoryMem none(p.molecule.get(), 0);
-    MolTrajectoryMem one(p.molecule.get(), 1);
+    PdbSample const p({"HOH 1"});
+    MolTrajectoryMem none(p.molecule.get(), 0), one(p.molecule.get(), 1);
     std::string const path = scratchPath("none.pdb");
     std::filesystem::remove(path);
     EXPECT_FALSE(pdb.writePDBMolecule(nullptr, path.c_str(), false));
@@ -188,42 +169,33 @@ TEST(PDBwriteFile, Failures) {
     EXPECT_FALSE(std::filesystem::exists(path));
     EXPECT_FALSE(pdb.writePDBMolecule(p.molecule.get(), "/no/such/folder/x.pdb", false));
     EXPECT_FALSE(pdb.writePDBMolTrajectory(&one, "/no/such/folder/x.pdb", false));
-    EXPECT_EQ(messages.str(),
-              "Empty molecule!\nEmpty trajectory !\nCould not create file !\nCould not create file !\n");
-
-    messages.str("");
     EXPECT_TRUE(pdb.writePDBMolecule(p.molecule.get(), path.c_str(), false));
-    EXPECT_EQ(messages.str(), "Could not load residue database. Can't distinguish ATOM from HETATM groups on chain.\n");
+    EXPECT_EQ(messages.str(), "Empty molecule!\nEmpty trajectory !\nCould not create file !\nCould not create file !\n"
+                              "Could not load residue database. Can't distinguish ATOM from HETATM groups on chain.\n");
 }
 
 TEST(PDBwriteFile, ProgressAndInterruption) {
     PdbSample p;
     for (int i = 0; i < 100; ++i) p.addAtom("C", 6);
     for (int i = 0; i < 100; ++i) p.addBond(i, i);
-    std::string const path = scratchPath("stopped.pdb");
     RecordingProgress whole;
-    EXPECT_TRUE(PDBwrite(residueDatabase(), nullptr, &whole).writePDBMolecule(p.molecule.get(), path.c_str(), false));
-    EXPECT_EQ(whole.calls,
-              (std::vector<std::string>{"start ", "info Writing SEQRES records", "info Writing HELIX and SHEET records",
-                                        "info Writing ATOM records", "info Writing CONECT records", "stop"}));
-    auto const conectAt = [](double part) { return static_cast<float>(part * (1.0 - 0.7) + 0.7); };
-    EXPECT_EQ(whole.fractions, (std::vector<float>{0.0F, 0.4F, 0.7F, conectAt(0.0), conectAt(0.2F), conectAt(0.4F),
-                                                   conectAt(0.6F), conectAt(0.8F)}));
+    written(*p.molecule, nullptr, &whole);
+    EXPECT_THAT(whole.calls,
+                ElementsAre("start ", "info Writing SEQRES records", "info Writing HELIX and SHEET records",
+                            "info Writing ATOM records", "info Writing CONECT records", "stop"));
+    EXPECT_THAT(whole.fractions,
+                ElementsAre(0.0F, 0.4F, 0.7F, 0.7F, FloatEq(0.76F), FloatEq(0.82F), FloatEq(0.88F), FloatEq(0.94F)));
 
     RecordingProgress stopsTwice(1); // at atom 50, which is counted
-    EXPECT_TRUE(
-        PDBwrite(residueDatabase(), nullptr, &stopsTwice).writePDBMolecule(p.molecule.get(), path.c_str(), false));
-    std::string const file = readFile(path);
-    EXPECT_NE(file.find("HETATM   49  C"), std::string::npos);
-    EXPECT_EQ(file.find("HETATM   50"), std::string::npos);
-    EXPECT_NE(file.find("CONECT   49   49   49"), std::string::npos);
-    EXPECT_NE(file.find("    0   50    0  100    0          \nEND"), std::string::npos);
+    std::string const file = written(*p.molecule, nullptr, &stopsTwice);
+    EXPECT_THAT(file, testing::AllOf(HasSubstr("HETATM   49  C"), testing::Not(HasSubstr("HETATM   50")),
+                                     HasSubstr("CONECT   49   49   49"),
+                                     EndsWith(cards({"MASTER        0    0    0    0    0    0    0    0   50    0  "
+                                                     "100    0",
+                                                     "END"}))));
     EXPECT_EQ(std::count(stopsTwice.calls.begin(), stopsTwice.calls.end(), "stop"), 2);
-
     RecordingProgress stopsAtBonds(4);
-    EXPECT_TRUE(
-        PDBwrite(residueDatabase(), nullptr, &stopsAtBonds).writePDBMolecule(p.molecule.get(), path.c_str(), false));
-    EXPECT_NE(readFile(path).find("    0  100    0   20    0          \nEND"), std::string::npos);
+    EXPECT_THAT(written(*p.molecule, nullptr, &stopsAtBonds), HasSubstr("  100    0   20    0          \nEND"));
 }
 
 } // namespace

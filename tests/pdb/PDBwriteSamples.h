@@ -10,41 +10,35 @@ namespace tarnex::test {
 /// Builds a molecule of residues, level by level; each level exists from its first group on.
 class PdbSample {
 public:
-    PdbSample() : topology(new MolTopology), molecule(new Molecule(topology, true)) {}
+    explicit PdbSample(std::initializer_list<char const*> residues = {}) {
+        for (char const* residue : residues) addResidue(residue);
+    }
 
-    int addAtom(char const* type, int atomicNumber) {
+    /// Such as "GLY 5 N:7 CA:6": type, number, and atoms with their atomic numbers; without any a carbon.
+    void addResidue(std::string const& text) {
+        std::istringstream words(text);
+        std::string type, atom;
+        int number = 0, size = 0;
+        for (words >> type >> number; words >> atom; ++size) {
+            std::size_t const colon = atom.find(':');
+            addAtom(atom.substr(0, colon).c_str(), std::stoi(atom.substr(colon + 1)));
+        }
+        if (size == 0) addAtom("C", 6);
+        addResidue(type.c_str(), number, std::max(size, 1));
+    }
+    void addAtom(char const* type, int atomicNumber) {
         int const atom = topology->addGroup(0, new MtAtom).groupIx;
-        text(0, "type", atom, type);
-        integer(0, "atomic_number", atom, atomicNumber);
+        setText(topology, 0, "type", atom, type);
+        setInteger(topology, 0, "atomic_number", atom, atomicNumber);
         auto const place = static_cast<float>(atom);
         molecule->coords.append(McVec3f(place + 0.5F, 0.0F - place, 100.0F));
-        return atom;
     }
-    /// A residue of the last `size` atoms.
-    int addResidue(char const* type, int number, int size) {
+    /// A residue of the last atoms.
+    void addResidue(char const* type, int number, int numAtoms) {
         int const end = molecule->getNumAtoms();
-        int const residue = addGroup("residues", 0, new MtIntraLevelRange(0, end - size, end - 1));
-        text(level("residues", 0), "type", residue, type);
-        integer(level("residues", 0), "pdb_index", residue, number);
-        return residue;
-    }
-    /// A residue of one carbon.
-    int addResidue(char const* type, int number) {
-        addAtom("C", 6);
-        return addResidue(type, number, 1);
-    }
-    /// Residues such as "GLY 5 N:7 CA:6 C:6": type, number, and the atoms with their atomic numbers.
-    void addResidues(std::initializer_list<char const*> residues) {
-        for (char const* residue : residues) {
-            std::istringstream words(residue);
-            std::string type, atom;
-            int number = 0, size = 0;
-            for (words >> type >> number; words >> atom; ++size) {
-                std::size_t const colon = atom.find(':');
-                addAtom(atom.substr(0, colon).c_str(), std::stoi(atom.substr(colon + 1)));
-            }
-            addResidue(type.c_str(), number, size);
-        }
+        int const residue = addGroup("residues", 0, new MtIntraLevelRange(0, end - numAtoms, end - 1));
+        setText(topology, residuesIx(), "type", residue, type);
+        setInteger(topology, residuesIx(), "pdb_index", residue, number);
     }
     void addChain(char const* name, int first, int last) {
         addGroup("chains", residuesIx(), new MtIntraLevelRange(residuesIx(), first, last), name);
@@ -54,7 +48,7 @@ public:
     }
     void addElementOf(char const* type, char const* name, int membersIx, std::initializer_list<int> members) {
         int const element = addGroup("secondary_structure", residuesIx(), listIn(membersIx, members), name);
-        if (type) text(level("secondary_structure", residuesIx()), "type", element, type);
+        if (type) setText(topology, topology->getLevelIx("secondary_structure"), "type", element, type);
     }
     int addStrand(int first, int last) {
         return addGroup("strands", residuesIx(), new MtIntraLevelRange(residuesIx(), first, last));
@@ -64,18 +58,11 @@ public:
     }
     void addBond(int atomA, int atomB) { topology->addBond(new MtBond(atomA, atomB)); }
 
-    void text(int levelIx, char const* attribute, int group, char const* value) {
-        setText(topology, levelIx, attribute, group, value);
-    }
-    void integer(int levelIx, char const* attribute, int group, int value) {
-        setInteger(topology, levelIx, attribute, group, value);
-    }
-
     int residuesIx() { return level("residues", 0); }
     int strandsIx() { return level("strands", residuesIx()); }
 
-    MolTopology* topology;
-    std::unique_ptr<Molecule> molecule;
+    MolTopology* topology = new MolTopology;
+    std::unique_ptr<Molecule> molecule = std::make_unique<Molecule>(topology, true);
 
 private:
     static MtGroup* listIn(int levelIx, std::initializer_list<int> members) {
@@ -90,20 +77,31 @@ private:
     int addGroup(char const* levelName, int lowerLevelIx, MtGroup* group, char const* name = nullptr) {
         int const levelIx = level(levelName, lowerLevelIx);
         int const groupIx = topology->addGroup(levelIx, group).groupIx;
-        if (name) text(levelIx, "name", groupIx, name);
+        if (name) setText(topology, levelIx, "name", groupIx, name);
         return groupIx;
     }
 };
 
-inline McFilename residueDatabase() {
-    return molchem::Resource::getInstance()->residueDatabase;
+inline PDBwrite pdbWriter(std::ostream* messages = nullptr, McProgressInterface* progress = nullptr) {
+    return {molchem::Resource::getInstance()->residueDatabase, messages, progress};
 }
 
-/// The text of the file that the molecule is written to.
-inline std::string written(Molecule& molecule, std::ostream* messages = nullptr, bool chargeColumn = false) {
+/// The file that the molecule is written to.
+inline std::string written(Molecule& molecule, std::ostream* messages = nullptr,
+                           McProgressInterface* progress = nullptr, bool chargeColumn = false) {
     std::string const path = scratchPath("written.pdb");
-    EXPECT_TRUE(PDBwrite(residueDatabase(), messages, nullptr).writePDBMolecule(&molecule, path.c_str(), chargeColumn));
+    EXPECT_TRUE(pdbWriter(messages, progress).writePDBMolecule(&molecule, path.c_str(), chargeColumn));
     return readFile(path);
+}
+
+/// Those lines of the file that begin with a keyword.
+inline std::string writtenRecords(PdbSample const& sample, std::string const& keyword) {
+    std::istringstream file(written(*sample.molecule));
+    std::string records;
+    for (std::string line; std::getline(file, line);) {
+        if (line.starts_with(keyword)) records += line + "\n";
+    }
+    return records;
 }
 
 /// Lines filled up with blanks to 80 columns; one that closes with '|' ends there.

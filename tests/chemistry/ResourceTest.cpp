@@ -1,9 +1,9 @@
 #include "chemistry/Resource.h"
 
 #include "chemistry/BondCalc.h"
-#include "model/Molecule.h"
 #include "model/members.h"
 #include "qlt/MolTrajectoryVRK.h"
+#include "support/model.h"
 #include "support/testing.h"
 
 #include <algorithm>
@@ -16,33 +16,30 @@ using namespace tarnex::test;
 
 namespace fs = std::filesystem;
 
-using AtomPairs = std::set<std::pair<int, int>>;
-
-AtomPairs bondsOf(MolTopology const& topology) {
-    AtomPairs bonds;
+/// The bonds of a residue, each with its lower atom first.
+std::set<std::pair<int, int>> bondsOf(MolTopology const& topology) {
+    std::set<std::pair<int, int>> bonds;
     for (MtGroup const* group : topology.levels[1]->groups) {
-        int a = -1;
-        int b = -1;
+        int a = -1, b = -1;
         EXPECT_TRUE(tarnex::getBondAtoms(group, a, b));
         bonds.insert(std::minmax(a, b));
     }
     return bonds;
 }
 
-/// The bonds that the coordinates tell.
-AtomPairs perceivedBonds(Molecule& residue) {
-    Molecule bare(new MolTopology, true);
+/// Atoms of the same elements at the same places, with the bonds that these tell.
+McHandle<MolTopology> perceivedAgain(Molecule& residue) {
+    int const numAtoms = residue.getNumAtoms();
+    McHandle<MolTopology> topology = newTopology(numAtoms);
+    Molecule bare(topology, false);
+    bare.coords = residue.coords;
     auto const* known =
         residue.getTopology()->levels[0]->integerAttribute("atomic_number", MtGroupingLevel::FIND, true);
-    auto* numbers = bare.getTopology()->levels[0]->integerAttribute("atomic_number", MtGroupingLevel::CREATE, true);
-    for (int i = 0; i < residue.getNumAtoms(); ++i) {
-        numbers->setValue(bare.getTopology()->addGroup(0, new MtAtom).groupIx, known->getValue(i));
-    }
-    bare.coords = residue.coords;
-    McBitfield atoms(static_cast<unsigned long>(residue.getNumAtoms()), McBitfield::UNINITIALIZED);
+    for (int i = 0; i < numAtoms; ++i) setInteger(topology, 0, "atomic_number", i, known->getValue(i));
+    McBitfield atoms(static_cast<unsigned long>(numAtoms), McBitfield::UNINITIALIZED);
     atoms.setAll();
     EXPECT_TRUE(BondCalc::bondLengthConnectSelection(&bare, atoms));
-    return bondsOf(*bare.getTopology());
+    return topology;
 }
 
 TEST(Resource, FindsTheDatabaseBesideTheLibrary) {
@@ -70,7 +67,7 @@ TEST(Resource, FindsTheDatabaseBesideTheLibrary) {
 
 TEST(Resource, TheDatabaseHoldsResiduesOfGoodGeometry) {
     ASSERT_EQ(molchem::Resource::getInstance(), molchem::Resource::getInstance());
-    McDArray<McHandle<MolTrajectory>> bundle;
+    Bundle bundle;
     MolTrajectoryVRK::readBundle(molchem::Resource::getInstance()->residueDatabase, bundle);
     std::set<std::string> names;
     for (McHandle<MolTrajectory> const& trajectory : bundle) {
@@ -78,7 +75,8 @@ TEST(Resource, TheDatabaseHoldsResiduesOfGoodGeometry) {
         ASSERT_EQ(trajectory->getNumTimeSteps(), 1);
         ASSERT_TRUE(trajectory->getTimeStep(0, &residue));
         names.insert(residue.getTopology()->getName());
-        EXPECT_EQ(bondsOf(*residue.getTopology()), perceivedBonds(residue)) << residue.getTopology()->getName();
+        EXPECT_EQ(bondsOf(*residue.getTopology()), bondsOf(*perceivedAgain(residue)))
+            << residue.getTopology()->getName();
     }
     for (char const* name : {"HOH", "ALA", "TRP", "HIP", "NGLY", "CVAL", "DA", "U", "C5"})
         EXPECT_EQ(names.count(name), 1U);

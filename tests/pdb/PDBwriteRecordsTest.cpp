@@ -8,17 +8,12 @@ using namespace tarnex::test;
 
 TEST(PDBwriteRecords, ChainTexts) {
     PdbSample p({"ALA 1"});
-    auto const textOf = [&](int chain, bool isNone) {
-        char text[4];
-        EXPECT_EQ(pdbWriter().chainIdConversion(molInfo(p.topology), chain, text), isNone);
-        return std::string(text);
-    };
-    EXPECT_EQ(textOf(12345, false), "123"); // without chains it is the index
-    for (char const* name : {"LONG", "NIL", "HETX", ""}) p.addChain(name, 0, 0);
-    EXPECT_EQ(textOf(0, false), "LON");
-    EXPECT_EQ(textOf(1, false), "");
-    EXPECT_EQ(textOf(2, true), ""); // cut ahead of the comparison
-    EXPECT_EQ(textOf(3, false), "");
+    char text[4];
+    EXPECT_FALSE(pdbWriter().chainIdConversion(molInfo(p.topology), 12345, text));
+    EXPECT_STREQ(text, "123"); // without chains it is the index
+    p.addChain("HETX", 0, 0);
+    EXPECT_TRUE(pdbWriter().chainIdConversion(molInfo(p.topology), 0, text));
+    EXPECT_STREQ(text, ""); // cut ahead of the comparison
 }
 
 TEST(PDBwriteRecords, SequenceLines) {
@@ -103,50 +98,38 @@ TEST(PDBwriteRecords, SitesPassOverOtherMembers) {
 }
 
 TEST(PDBwriteRecords, AtomNames) {
-    for (auto const& [type, atomicNumber, name] : {std::tuple{"CA", 6, " CA "},
-                                                   {"CA", 20, "CaA "},
-                                                   {"Ca", 20, "Ca  "},
-                                                   {"1HG2", 1, "1HG2"},
-                                                   {"9Clxyz", 17, "9Clx"},
-                                                   {"12", 6, "1C2 "},
-                                                   {"1", 6, "1C  "},
-                                                   {"", 6, " C  "},
-                                                   {"CCCCC", 6, " CCC"},
-                                                   {"OXT", 7, " NOX"}}) { // another element than that of the type
-        PdbSample p;
-        p.addAtom(type, atomicNumber);
-        EXPECT_EQ(writtenRecords(p, "HETATM").substr(12, 4), name);
-    }
+    std::pair<char const*, int> const atoms[] = {{"CA", 6}, {"CA", 20}, {"Ca", 20},   {"1HG2", 1}, {"9Clxyz", 17},
+                                                 {"12", 6}, {"1", 6},   {"CCCCC", 6}, {"", 6},     {"OXT", 7}};
+    PdbSample p;
+    for (auto const& [type, atomicNumber] : atoms) p.addAtom(type, atomicNumber);
+    std::string const records = writtenRecords(p, "HETATM");
+    EXPECT_EQ(joined(10, "|", [&](int i) { return records.substr(static_cast<std::size_t>(81 * i + 12), 4); }),
+              " CA |CaA |Ca  |1HG2|9Clx|1C2 |1C  | CCC| C  | NOX"); // the last is of another element than its type
 }
 
 TEST(PDBwriteRecords, Charges) {
     constexpr float nan = std::numeric_limits<float>::quiet_NaN();
-    for (auto const& [charge, text] : {std::pair{0.0F, "0+"},
-                                       {-0.5F, "0+"},
-                                       {9.9F, "9+"},
-                                       {-9.0F, "9-"},
-                                       {12.0F, "2+"},
-                                       {-12.0F, "2-"},
-                                       {-20.0F, "0+"},
-                                       {-2147483648.0F, "8-"},
-                                       {1e20F, "0+"},
-                                       {-3e9F, "0+"},
-                                       {nan, "0+"}}) {
-        PdbSample p;
-        p.addAtom("C", 6);
-        setReal(p.topology, "charge", 0, charge);
-        std::ostringstream messages;
-        EXPECT_THAT(written(*p.molecule, &messages), HasSubstr(std::string("           C") + text + "\n")) << charge;
-        EXPECT_EQ(messages.str(), charge > -10.0F && charge < 10.0F
-                                      ? ""
-                                      : "Error: Charge of atom 0 is outside of [-9,+9] interval which can be written "
-                                        "into a PDB file.");
-    }
+    float const charges[] = {0.0F,   -0.5F,  9.9F,           -9.0F, -0.1234F, 12.0F,
+                             -12.0F, -20.0F, -2147483648.0F, 1e20F, -3e9F,    nan};
     PdbSample p;
-    p.addAtom("C", 6);
-    setReal(p.topology, "charge", 0, -0.1234F);
+    std::string told;
+    for (int i = 0; i < 12; ++i) {
+        p.addAtom("C", 6);
+        setReal(p.topology, "charge", i, charges[i]);
+        if (i >= 5) {
+            told += "Error: Charge of atom " + std::to_string(i) +
+                    " is outside of [-9,+9] interval which can be written into a PDB file.";
+        }
+    }
+    std::ostringstream messages;
+    std::string const file = written(*p.molecule, &messages);
+    auto const chargeOf = [&](int i) {
+        return file.substr(file.find("HETATM") + static_cast<std::size_t>(81 * i + 78), 3);
+    };
+    EXPECT_EQ(joined(12, "", chargeOf), "0+\n0+\n9+\n9-\n0+\n2+\n2-\n0+\n8-\n0+\n0+\n0+\n");
+    EXPECT_EQ(messages.str(), told);
     EXPECT_THAT(written(*p.molecule, nullptr, nullptr, true),
-                HasSubstr(cards({"HETATM    1  C   UNK     1       0.500   0.000 100.000  0.00  0.00    -0.123"})));
+                HasSubstr(cards({"HETATM    5  C   UNK     1       4.500  -4.000 100.000  0.00  0.00    -0.123"})));
 }
 
 TEST(PDBwriteRecords, NumbersBeyondTheirColumns) {

@@ -144,6 +144,7 @@ TEST(BondCalc, LengthsAlone) {
          "1C6-1C7 1C6-1H6 1C7-1C8 1C7-1H7 1C8-1C9 1C9-1O3 1C9-1O4 1O4-1H8"},
         {"a hydrogen keeps the nearest partner", "O1 0 0 0 H1 1.1 0 0 O2 2.3 0 0", "0O1-0H1"},
         {"which may be a hydrogen", "H1 0 0 0 H2 0.74 0 0", "0H1-0H2"},
+        {"only the nearest one", "H1 0 0 0 H2 0.8 0 0 H3 1.5 0 0", "0H2-0H3"},
         {"but neither one that clashes nor one that is nearest to another's",
          "C1 0 0 0 H1 1 0 0 H2 2.05 0 0 C2 3 0 0 C3 9 0 0 H3 9 0.8 0 H4 9 1.7 0", "0C1-0H1 0H2-0C2 0C3-0H3"},
         {"an unknown element has no bonds", "C1 0 0 0 X1 1.5 0 0 C2 3 0 0", ""},

@@ -26,7 +26,7 @@ TEST(MDLReader, RecordsOfAtomsBondsAndData) {
         water +
         "> <digit>\n7\n\n> <number>\n17\n\n> 25 <both> (1)\n1.5  \n\n>  <twice> <x>\nv\n> <empty>\n\n><>\nnone\n" +
         ">\nnone\n> <lines>\nfirst\nsecond\n\n> <name>\n It \n$$$$\n" + nineLines + water + "> <name>\n5\n$$$$\n" +
-        "n\n\n\n  0 -1  0     0  0            999 V3000\nM  V30 BEGIN CTAB\nM  END");
+        "n\n\n\n -1 -1  0     0  0            999 V3000\nM  V30 BEGIN CTAB\nM  END");
     ASSERT_EQ(bundle.size, 3);
     // XX is no element, and the code 4 no charge.
     std::string const groups = "\natoms(-1) flags 3: 3 atomic_number=8|1|0 radius=1.52|1.2|2 formal_charge=1|0|0 "
@@ -77,17 +77,15 @@ TEST(MDLReader, EveryCutAndEveryByteIsSurvived) {
 
 TEST(MDLReader, SingleTrajectory) {
     std::string const path = writeFile("one.sdf", water + "> <name>\nIt\n$$$$\n");
-    RecordingProgress progress;
+    RecordingProgress progress, stopping(1);
     std::unique_ptr<MolTrajectory> const trajectory(MDLIO(nullptr, &progress).readMDLMolTrajectory(path.c_str()));
     EXPECT_EQ(trajectory->refCount, 0);
-    EXPECT_EQ(trajectory->getNumTimeSteps(), 1);
     EXPECT_STREQ(trajectory->getTopology()->getName(), "one.sdf-1");
     EXPECT_EQ(progress.calls.back(), "start Reading SDF-Molecule"); // and stays open
     EXPECT_EQ(std::count(progress.calls.begin(), progress.calls.end(), "stop"), 1);
-    EXPECT_THROW(MDLIO(nullptr, nullptr).readMDLMolTrajectory(writeFile("none.sdf", "nothing").c_str()), Parse_Error);
-    RecordingProgress stopping(1);
     EXPECT_EQ(MDLIO(nullptr, &stopping).readMDLMolTrajectory(path.c_str()), nullptr);
     EXPECT_EQ(std::count(stopping.calls.begin(), stopping.calls.end(), "stop"), 2);
+    EXPECT_THROW(MDLIO(nullptr, nullptr).readMDLMolTrajectory(writeFile("none.sdf", "nothing").c_str()), Parse_Error);
 }
 
 TEST(MDLReader, ProgressAndInterruption) {
@@ -106,12 +104,9 @@ TEST(MDLReader, ProgressAndInterruption) {
 }
 
 TEST(MoleculeBundleMDL, HasNoMoleculesInAnyFile) {
-    for (char const* const name : {TARNEX_EXAMPLES "/ligands.sdf", "/absent.sdf"}) {
-        McHandle<MoleculeBundle> const bundle(new MoleculeBundleMDL(name));
-        EXPECT_EQ(bundle->getNumMolecules(), 0U);
-        EXPECT_EQ(bundle->getMolecule(0), nullptr);
-        EXPECT_EQ(bundle->getTopology(0), nullptr);
-    }
+    MoleculeBundleMDL bundle(TARNEX_EXAMPLES "/ligands.sdf");
+    EXPECT_EQ(bundle.getNumMolecules(), 0U);
+    EXPECT_EQ(bundle.getMolecule(0), nullptr);
 }
 
 } // namespace

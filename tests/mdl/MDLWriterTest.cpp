@@ -52,34 +52,26 @@ TEST(MDLWriter, ChargesHydrogensBondTypesAndData) {
     EXPECT_THAT(readFile(path), StartsWith(path + "\n"));
 }
 
-TEST(MDLWriter, LimitsOfTheFormat) {
-    std::ostringstream messages;
-    MDLIO io(&messages, nullptr);
-    EXPECT_TRUE(io.checkNumAtomsBonds(makeMolecule(999)->getTopology()));
-    auto const large = makeMolecule(1000), bonded = makeMolecule(2);
-    std::string const path = scratchPath("large.sdf");
-    EXPECT_TRUE(io.writeMDLMolecule(large.get(), path.c_str())); // the refused record is not told
-    EXPECT_EQ(readFile(path), "");
-    for (int i = 0; i < 999; ++i) bonded->getTopology()->addBond(new MtBond(0, 1));
-    MolTrajectoryMem trajectory(bonded.get(), 1);
-    EXPECT_FALSE(io.writeMDLMolTrajectory(&trajectory, path.c_str()));
-    EXPECT_EQ(messages.str(), "Molecule contains too many atoms for sdf format\n"
-                              "Molecule contains too many bonds for sdf format\n");
-}
-
 TEST(MDLWriter, FilesAndTheirFailures) {
     std::ostringstream messages;
     MDLIO io(&messages, nullptr);
-    auto const molecule = makeMolecule(2);
-    MolTrajectoryMem none(molecule.get(), 0), twice(molecule.get(), 2);
+    auto const molecule = makeMolecule(2), large = makeMolecule(1000), bonded = makeMolecule(2);
+    for (int i = 0; i < 999; ++i) bonded->getTopology()->addBond(new MtBond(0, 1));
+    MolTrajectoryMem none(molecule.get(), 0), twice(molecule.get(), 2), manyBonds(bonded.get(), 1);
     std::string const path = scratchPath("out.sdf");
     std::filesystem::remove(path);
     EXPECT_FALSE(io.writeMDLMolecule(nullptr, path.c_str()));
     EXPECT_FALSE(io.writeMDLMolecule(molecule.get(), "/no/such/folder/x.sdf"));
     EXPECT_FALSE(io.writeMDLMolTrajectory(&none, path.c_str()));
     EXPECT_FALSE(std::filesystem::exists(path));
-    EXPECT_EQ(messages.str(), "Empty molecule !\nCould not create file !\nFirst time step of trajectory corrupted!\n");
+    EXPECT_TRUE(io.writeMDLMolecule(large.get(), path.c_str())); // the refused record is not told
+    EXPECT_EQ(readFile(path), "");
+    EXPECT_FALSE(io.writeMDLMolTrajectory(&manyBonds, path.c_str()));
+    EXPECT_EQ(messages.str(), "Empty molecule !\nCould not create file !\nFirst time step of trajectory corrupted!\n"
+                              "Molecule contains too many atoms for sdf format\n"
+                              "Molecule contains too many bonds for sdf format\n");
 
+    EXPECT_TRUE(io.checkNumAtomsBonds(makeMolecule(999)->getTopology()));
     ASSERT_TRUE(io.writeMDLMolTrajectory(&twice, path.c_str()));
     EXPECT_EQ(readFile(path), record(path) + "$$$$\n" + record(path) + "$$$$\n");
     McDArray<MolTrajectory*> bundle;
@@ -92,16 +84,12 @@ TEST(MDLWriter, FilesAndTheirFailures) {
 TEST(MDLWriter, Interruption) {
     McHandle<MolTopology> const topology(makeMolecule(3)->getTopology());
     std::string const path = scratchPath("stopped.sdf");
-    RecordingProgress first(1);
-    writer out(path.c_str());
-    EXPECT_FALSE(MDLIO(nullptr, &first).writeMDLMolecule(new Molecule(topology, false), "x", out)); // deletes it
+    RecordingProgress first(1), second(2), third(2); // at the first atom, bond and eleventh trajectory
+    EXPECT_TRUE(MDLIO(nullptr, &first).writeMDLMolecule(new Molecule(topology, false), path.c_str())); // deletes it
     EXPECT_EQ(topology->refCount, 1);
-
     Molecule molecule(topology, false);
     MolTrajectoryMem trajectory(&molecule, 1);
-    RecordingProgress second(2); // at the first bond
     EXPECT_FALSE(MDLIO(nullptr, &second).writeMDLMolTrajectory(&trajectory, path.c_str()));
-    RecordingProgress third(2);
     McDArray<MolTrajectory*> bundle;
     for (int i = 0; i < 11; ++i) bundle.append(&trajectory);
     MDLIO io(nullptr, &third);

@@ -17,7 +17,7 @@ TEST(PDBreadFile, RecordsOfAllKinds) {
                 "REMARK 350   BIOMT1   1  0.5\nREMARK 350 none\nREMARK  BIOMT\n"
                 "HELIX    1  H1 ALA A    2  ALA A    3  1\n" +
                 atom({.serial = 1, .type = "LIG", .x = 0}) + atom({.serial = 2, .number = 2, .x = 1.5}) +
-                atom({.serial = 3, .number = 3, .x = 3}) +
+                atom({.serial = 3, .number = 3, .x = 3}) + atom({.serial = 0, .number = 3, .x = 50}) +
                 "SITE     1 AC1  1 ALA A   3\nCONECT    3    1    0\nCONECT    1    3\n" +
                 "CONECT    3    2\nEND\nAUTHOR\tA.B\nEXPDTA    NMR\n");
     std::string const text = describe(trajectory->getTopology());

@@ -87,45 +87,30 @@ TEST(PDBwriteTables, SegmentsOfPartsWithGaps) {
     EXPECT_EQ(textOf(tables.order), "0 1 2 5 4 3");
 }
 
-/// Peptides of N, CA and C, bonded where a residue follows another.
-PdbSample makePeptides(int numResidues, std::initializer_list<int> unbonded) {
-    PdbSample p;
-    for (int i = 0; i < numResidues; ++i) {
-        p.addResidue("ALA " + std::to_string(i + 1) + " N:6 CA:6 C:6");
-        if (i > 0 && std::count(unbonded.begin(), unbonded.end(), i) == 0) p.addBond(3 * i, 3 * i - 1);
-    }
-    return p;
-}
-
 TEST(PDBwriteTables, SheetsAreCutWhereThePeptideEnds) {
-    PdbSample p = makePeptides(8, {3});
-    p.addElement("sheet", "A", {0, 1, 2, 3, 4, 6, 7});
-    p.addElement("sheet", "B", {7, 6});
-    p.addElement("sheet", "C", {5});
-    p.addElement("sheet", "D", {});
-    p.addElementOf("sheet", "E", p.strandsIx(), {p.addStrand(1, 2), p.addStrand(4, 5), 9});
-    ResidueTables const tables(p);
-    EXPECT_EQ(tables.segments(0), "0-2 / 3-4 / 6-7");
-    EXPECT_EQ(tables.segments(1), "7-7 / 6-6"); // the bond counts in one direction
-    EXPECT_EQ(tables.segments(2), "5-5");
-    EXPECT_EQ(tables.segments(3), "");
-    EXPECT_EQ(tables.segments(4), "1-2 / 4-5");
-    int const structureIx = p.topology->getLevelIx("secondary_structure");
-    EXPECT_EQ(tables.structure[0][0].group, MtGroupRef());
-    EXPECT_EQ(tables.structure[0][1].group, MtGroupRef(structureIx, 0));
-    EXPECT_EQ(tables.structure[4][1].group, MtGroupRef(p.strandsIx(), 1));
-}
-
-TEST(PDBwriteTables, StructureWithoutTypesIsSheets) {
-    PdbSample p = makePeptides(5, {2});
-    setText(p.topology, p.residuesIx(), "type", 4, "DA"); // a nucleotide has no backbone of this kind
-    p.addElementOf(nullptr, "A", p.residuesIx(), {0, 1, 2, 3, 4});
-    ResidueTables const tables(p);
-    EXPECT_EQ(tables.segments(0), "0-1 / 2-3 / 4-4");
-    molInfo const info(p.topology);
-    EXPECT_EQ(tables.pdb.getCAtomOfResidue(info, 1), 5);
-    EXPECT_EQ(tables.pdb.getNAtomOfResidue(info, 1), 3);
-    EXPECT_EQ(tables.pdb.getNAtomOfResidue(info, 5), -1);
+    for (char const* type : {"sheet", static_cast<char const*>(nullptr)}) { // all are sheets without types
+        PdbSample p;
+        for (int i = 0; i < 8; ++i) p.addResidue("ALA " + std::to_string(i + 1) + " N:6 CA:6 C:6");
+        for (int i : {1, 2, 4, 5, 6, 7}) p.addBond(3 * i, 3 * i - 1); // peptide bonds but for 2-3
+        setText(p.topology, p.residuesIx(), "type", 7, "DA");         // a nucleotide has no backbone of this kind
+        p.addElement(type, "A", {0, 1, 2, 3, 4, 6, 7});
+        p.addElement(type, "B", {6, 5});
+        p.addElement(type, "C", {});
+        p.addElementOf(type, "D", p.strandsIx(), {p.addStrand(1, 2), p.addStrand(4, 5), 9});
+        ResidueTables const tables(p);
+        EXPECT_EQ(tables.segments(0), "0-2 / 3-4 / 6-6 / 7-7");
+        EXPECT_EQ(tables.segments(1), "6-6 / 5-5"); // the bond counts in one direction
+        EXPECT_EQ(tables.segments(2), "");
+        EXPECT_EQ(tables.segments(3), "1-2 / 4-5");
+        int const structureIx = p.topology->getLevelIx("secondary_structure");
+        EXPECT_EQ(tables.structure[0][0].group, MtGroupRef());
+        EXPECT_EQ(tables.structure[0][1].group, MtGroupRef(structureIx, 0));
+        EXPECT_EQ(tables.structure[3][1].group, MtGroupRef(p.strandsIx(), 1));
+        molInfo const info(p.topology);
+        EXPECT_EQ(tables.pdb.getCAtomOfResidue(info, 1), 5);
+        EXPECT_EQ(tables.pdb.getNAtomOfResidue(info, 1), 3);
+        EXPECT_EQ(tables.pdb.getNAtomOfResidue(info, 8), -1);
+    }
 }
 
 /// Finds the segments of a part step by step: a scan for each of its residues, when all numbers are known.

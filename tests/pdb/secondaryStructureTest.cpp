@@ -32,6 +32,7 @@ public:
         addResidue("A12C");
         addResidue("HETA31");
         int const chainsIx = topology.addLevel("chains", residuesIx, 12, -1);
+        topology.addGroup(chainsIx, new MtIntraLevelRange(residuesIx, 24, 25)); // which chain A has as well
         topology.addGroup(chainsIx, new MtIntraLevelRange(residuesIx, 0, 29));
         topology.addGroup(chainsIx, new MtIntraLevelRange(residuesIx, 30, 39));
         info = molInfo(&topology);
@@ -102,34 +103,27 @@ TEST(PDBSecondaryStructure, LevelsAreMadeByTheFirstRecordWithResidues) {
     EXPECT_THAT(describe(&protein.topology), EndsWith("\nstrands(2) flags 17:  name=\n"
                                                       "secondary_structure(2) flags 3:  type= name=\n"
                                                       "sites(2) flags 3:  name="));
-    EXPECT_EQ(protein.read(helix(1, 1, 2) + strand(1, "A", 3, 4) + "SITE     1 AC1    UNK A   1\n"), "");
-    EXPECT_EQ(protein.topology.levels.size, levels + 3);
 }
 
 TEST(PDBSecondaryStructure, NewHelixOrStrandIsCutByTheHelixAheadOfIt) {
-    std::string const adjusted = " overlaps with the secStruct 1. Length adjusted.\n";
-    std::string const dropped = " skipped due to non adjustable overlaps with the secStruct 1.\n";
-    for (auto const& [first, last, ending, added] : {std::tuple{15, 30, adjusted, "20-29; "},
-                                                     {20, 21, adjusted, "20-20; "},
-                                                     {5, 15, adjusted, "4-8; "},
-                                                     {9, 10, adjusted, "8-8; "},
-                                                     {5, 30, adjusted, "20-29; "},
-                                                     {8, 22, adjusted, "20-21; "},
-                                                     {7, 22, adjusted, "6-8; "},
-                                                     {9, 20, adjusted, "8-8; "},
-                                                     {10, 20, dropped, ""},
-                                                     {12, 13, dropped, ""},
-                                                     {10, 13, dropped, ""},
-                                                     {21, 30, "", "20-29; "},
-                                                     {1, 9, "", "0-8; "}}) {
+    // Residues of the new one, counted from 1, and what is left of them, counted from 0.
+    std::istringstream cases("15 30 20-29 20 21 20-20 5 15 4-8 9 10 8-8 5 30 20-29 8 22 20-21 7 22 6-8 9 20 8-8 "
+                             "10 20 - 12 13 - 10 13 - 21 30 20-29 1 9 0-8");
+    std::string left;
+    for (int first = 0, last = 0; cases >> first >> last >> left;) {
         SCOPED_TRACE(format("%d-%d", first, last));
+        std::string const range = left == "-" ? "" : left + "; ";
+        std::string const ending = left == "-" ? " skipped due to non adjustable overlaps with the secStruct 1.\n"
+                                   : left == format("%d-%d", first - 1, last - 1)
+                                       ? ""
+                                       : " overlaps with the secStruct 1. Length adjusted.\n";
         SmallProtein protein, other;
         EXPECT_EQ(protein.read(helix(1, 10, 20) + helix(2, first, last)),
                   ending.empty() ? "" : "Helix number 2" + ending);
-        EXPECT_EQ(protein.groups(), std::string("helix 1 9-19; ") + (*added ? "helix 2 " : "") + added);
+        EXPECT_EQ(protein.groups(), "helix 1 9-19; " + (range.empty() ? "" : "helix 2 " + range));
         EXPECT_EQ(other.read(helix(1, 10, 20) + strand(7, "S", first, last)),
                   ending.empty() ? "" : "Sheet S strand number 7" + ending);
-        EXPECT_EQ(namedGroups(&other.topology, "strands"), std::string(*added ? "0 " : "") + added);
+        EXPECT_EQ(namedGroups(&other.topology, "strands"), range.empty() ? "" : "0 " + range);
     }
 }
 
@@ -153,6 +147,8 @@ TEST(PDBSecondaryStructure, RecordsOneAfterTheOther) {
          "Helix number 3 skipped due to non adjustable overlaps with the secStruct 2.\n", "turn 1 4-4; turn 2 28-31; "},
         {turn(1, 4, 8) + helix(3, 5, 4, 'B'), "Helix number 3 overlaps with the secStruct 1. Length adjusted.\n",
          "turn 1 3-7; helix 3 8-33; "},
+        {turn(1, 5, 5) + turn(2, 6, 24) + helix(3, 5, 30),
+         "Helix number 3 skipped due to non adjustable overlaps with the secStruct 2.\n", "turn 1 4-4; turn 2 5-23; "},
         // A turn in inverse order is swapped.
         {turn(7, 9, 4), "Turn 7 references residues in inverse order. The references have been swapped.\n",
          "turn 7 3-8; "},

@@ -50,19 +50,16 @@ TEST(PDBreadAtoms, Elements) {
 }
 
 TEST(PDBreadAtoms, Charges) {
-    for (auto const& [text, charge] : {std::pair{"9-", "-9"}, {"+2", "0"}, {"2 ", "0"}, {"x+", "0"}}) {
-        EXPECT_EQ(valuesOf(readPDB(atom({.charge = text}))->getTopology(), 0, "charge"), charge) << text;
-    }
+    auto const trajectory =
+        readPDB(atom({.charge = "9-"}) + atom({.charge = "+2"}) + atom({.charge = "2 "}) + atom({.charge = "x+"}));
+    EXPECT_EQ(valuesOf(trajectory->getTopology(), 0, "charge"), "-9|0|0|0");
 }
 
 TEST(PDBreadAtoms, IdConversions) {
     PDBread const pdb(nullptr, nullptr);
-    char text[32];
-    pdb.resIDConversion("", -2147483647 - 1, "", text, true);
-    EXPECT_STREQ(text, "HET-2147483648");
-    pdb.chainIDConversion("long", text, false);
-    EXPECT_STREQ(text, "long");
-    char chain[4] = "";
+    char text[32], chain[4] = "";
+    pdb.resIDConversion("", -2147483647 - 1, "B", text, true);
+    EXPECT_STREQ(text, "HET-2147483648B");
     EXPECT_STREQ(pdb.chainIDConversion(chain, true), "");
     EXPECT_STREQ(pdb.chainIDConversion(chain, false), "NIL");
     EXPECT_STREQ(chain, "NIL");

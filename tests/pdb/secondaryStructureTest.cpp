@@ -23,25 +23,24 @@ std::string readRecords(std::string const& records, MolTopology& topology, molIn
     return messages.str();
 }
 
-/// Residues A1 to A30 (indices 0 to 29) in chain A, B1 to B10 (30 to 39) in chain B; A12C (40) and HETA31 (41).
+/// Residues of chain A, numbered from 1, and ten of chain B.
+std::string atomsOf(int lengthOfA) {
+    std::string text;
+    for (int i = 1; i <= lengthOfA; ++i) text += atom({.number = i});
+    for (int i = 1; i <= 10; ++i) text += atom({.chain = "B", .number = i});
+    return text;
+}
+
+/// Residues A1 to A30 (indices 0 to 29) in chain A, B1 to B10 (30 to 39) in chain B; A12C (40), HETA31 (41) and others.
 class SmallProtein {
 public:
-    SmallProtein() {
-        for (int i = 1; i <= 30; ++i) addResidue("A" + std::to_string(i));
-        for (int i = 1; i <= 10; ++i) addResidue("B" + std::to_string(i));
-        addResidue("A12C");
-        addResidue("HETA31");
-        int const chainsIx = topology.addLevel("chains", residuesIx, 12, -1);
-        topology.addGroup(chainsIx, new MtIntraLevelRange(residuesIx, 24, 25)); // which chain A has as well
-        topology.addGroup(chainsIx, new MtIntraLevelRange(residuesIx, 0, 29));
-        topology.addGroup(chainsIx, new MtIntraLevelRange(residuesIx, 30, 39));
-        info = molInfo(&topology);
+    explicit SmallProtein(std::string const& otherAtoms = "")
+        : trajectory(readPDB(atomsOf(30) + atom({.number = 12, .insertion = "C"}) +
+                             atom({.record = "HETATM", .number = 31}) + otherAtoms)) {
+        // Ahead of chain A, which has these residues as well.
+        topology.insertGroup(info.chainsIx, new MtIntraLevelRange(info.residuesIx, 24, 25), 0);
     }
 
-    void addResidue(std::string const& name) {
-        int const residue = topology.addGroup(residuesIx, new MtIntraLevelRange).groupIx;
-        setText(&topology, residuesIx, "name", residue, name.c_str());
-    }
     /// Returns the messages.
     std::string read(std::string const& records) { return readRecords(records, topology, info); }
     /// Structures, strands and sites.
@@ -50,8 +49,8 @@ public:
                namedGroups(&topology, "sites");
     }
 
-    MolTopology topology;
-    int residuesIx = topology.addLevel("residues", 0, 12, -1);
+    McHandle<MolTrajectory> trajectory;
+    MolTopology& topology = *trajectory->getTopology();
     molInfo info{&topology};
 };
 
@@ -75,9 +74,7 @@ std::string turn(int number, int first, int last, char lastChain = 'A') {
 }
 
 TEST(PDBSecondaryStructure, FieldsStandInTheColumnsOfTheirRecord) {
-    SmallProtein protein;
-    protein.addResidue("A-5");
-    protein.addResidue("NIL1000D");
+    SmallProtein protein(atom({.number = -5}) + atom({.chain = " ", .number = 1000, .insertion = "D"}));
     // The columns between the fields hold an x.
     EXPECT_EQ(protein.read("HELIX x 12x H1xGLYxAx  12CxPROxAx  -5 99\n"
                            "HELIX x  3xHHHxGLYx x1000DxPROx x1000D99\n"
@@ -170,14 +167,6 @@ TEST(PDBSecondaryStructure, RecordsOneAfterTheOther) {
     }
 }
 
-/// Residues of chain A, numbered from 1, and ten of chain B.
-std::string atomsOf(int lengthOfA) {
-    std::string text;
-    for (int i = 1; i <= lengthOfA; ++i) text += atom({.number = i});
-    for (int i = 1; i <= 10; ++i) text += atom({.chain = "B", .number = i});
-    return text;
-}
-
 /// Reads a file, which finds structures by an index, and its records one by one, for which walks do. Returns the
 /// messages of the records.
 std::string readBothWays(std::string const& atoms, std::string const& records) {
@@ -242,8 +231,8 @@ TEST(PDBSecondaryStructure, PoorLinesAndTopologiesAreNoHarm) {
 TEST(PDBSecondaryStructure, LevelsOfAHostAreUsedAsTheyAre) {
     SmallProtein protein;
     MolTopology& topology = protein.topology;
-    auto const range = [&](int first, int last) { return new MtIntraLevelRange(protein.residuesIx, first, last); };
-    auto const add = [&](char const* level) { return topology.addLevel(level, protein.residuesIx, 12, -1); };
+    auto const range = [&](int first, int last) { return new MtIntraLevelRange(protein.info.residuesIx, first, last); };
+    auto const add = [&](char const* level) { return topology.addLevel(level, protein.info.residuesIx, 12, -1); };
     int const strands = add("strands"), structures = add("secondary_structure"), sites = add("sites");
     protein.info = molInfo(&topology);
     topology.addGroup(strands, range(4, 4));
@@ -282,7 +271,7 @@ TEST(PDBSecondaryStructure, OverlapWithOddRangesChangesNothingItCannotKeep) {
                                                   {5, 9, 6, 5, 6, 9}}) { // without residues, it divides what it is in
         int newFirst = s, newLast = e;
         bool adjustable = true;
-        MtIntraLevelRange const other(protein.residuesIx, a, b);
+        MtIntraLevelRange const other(protein.info.residuesIx, a, b);
         EXPECT_TRUE(
             PDBread(nullptr, nullptr).checkSecStructOverlap(protein.info, &other, newFirst, newLast, adjustable));
         EXPECT_EQ(adjustable, s != first) << s << ' ' << a;

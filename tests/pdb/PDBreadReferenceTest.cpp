@@ -21,30 +21,10 @@ public:
         }
     }
 
-    /// Residues and chains as `namedGroups` tells, and the places of the atoms.
-    std::string text() const {
-        std::string text;
-        for (auto const& ranges : {residues, chains}) {
-            for (auto const& [name, first, last] : ranges) {
-                text += name + " " + std::to_string(first) + "-" + std::to_string(last) + "; ";
-            }
-        }
-        return text + placesOf(coords);
-    }
-
+    MolTopology topology;
     McDArray<McVec3f> coords;
 
 private:
-    struct Range {
-        std::string name;
-        int first, last;
-    };
-
-    static int findBackward(std::vector<Range> const& ranges, std::string const& name) {
-        auto const found = std::find_if(ranges.rbegin(), ranges.rend(), [&](Range const& r) { return r.name == name; });
-        return static_cast<int>(ranges.rend() - found) - 1;
-    }
-
     void readAtom(lengthizer& in, bool isHet) {
         char location[2], id[2], insertion[2];
         in.skipChars(10);
@@ -58,47 +38,49 @@ private:
         std::string const residue = (isHet ? "HET" : "") + chainName + std::to_string(in.getInt(4));
         in.getString(insertion, 1);
         in.skipChars(3);
-        lastResidue = decideResidue(type, residue + insertion, static_cast<int>(coords.size));
+        lastResidue = decideResidue(residue + insertion, type, static_cast<int>(coords.size));
         float const x = in.getFloat(8), y = in.getFloat(8), z = in.getFloat(8);
         coords.append({x, y, z});
     }
 
     int decideChain(std::string const& name, bool isHet) {
         if (name.empty()) return -1;
-        int const index = findBackward(chains, name);
+        int const index = topology.getLevel(chainsIx)->findGroupBackward(name.c_str());
         if (index != -1 && index >= lastChain && lastChain != -1 && (isHet || !terSeen)) return index;
-        chains.push_back({name, 0, 0});
         newChainPending = true;
         terSeen = false;
-        return static_cast<int>(chains.size()) - 1;
+        return addRange(chainsIx, name, 0);
     }
 
-    int decideResidue(std::string const& type, std::string const& id, int atom) {
-        auto const found = std::find(ids.rbegin(), ids.rend(), id);
-        int const index = static_cast<int>(ids.rend() - found) - 1;
+    int decideResidue(std::string const& id, std::string const& type, int atom) {
+        int const index = topology.getLevel(residuesIx)->findGroupBackward(id.c_str());
         if (index >= 0 && index >= lastResidue) {
-            residues[static_cast<std::size_t>(index)].last = atom;
+            rangeAt(residuesIx, index).last = atom;
             return index;
         }
-        auto const end = static_cast<int>(residues.size());
-        Range* chain = lastChain < 0 ? nullptr : &chains[static_cast<std::size_t>(lastChain)];
-        bool const isInside = chain && !newChainPending && chain->last != end - 1;
-        int const place = isInside ? chain->last + 1 : end;
-        residues.insert(residues.begin() + place, {type + " " + id, atom, atom});
-        ids.insert(ids.begin() + place, id);
-        if (!chain) return place;
-        for (Range* behind = chain + 1; isInside && behind != chains.data() + chains.size(); ++behind) {
-            ++behind->first;
-            ++behind->last;
-        }
-        if (newChainPending) chain->first = place;
-        chain->last = place;
+        int const residue = addRange(residuesIx, id, atom);
+        setText(&topology, residuesIx, "type", residue, type.c_str());
+        if (lastChain < 0) return residue;
+        MtIntraLevelRange& chain = rangeAt(chainsIx, lastChain);
+        EXPECT_TRUE(newChainPending || chain.last == residue - 1) << "a residue would go into the midst of others";
+        if (newChainPending) chain.first = residue;
+        chain.last = residue;
         newChainPending = false;
-        return place;
+        return residue;
     }
 
-    std::vector<Range> residues, chains;
-    std::vector<std::string> ids; // of the residues
+    int addRange(int levelIx, std::string const& name, int member) {
+        int const lowerIx = topology.getLevel(levelIx)->getLowerLevelIx();
+        int const group = topology.addGroup(levelIx, new MtIntraLevelRange(lowerIx, member, member)).groupIx;
+        setText(&topology, levelIx, "name", group, name.c_str());
+        return group;
+    }
+    MtIntraLevelRange& rangeAt(int levelIx, int group) {
+        return dynamic_cast<MtIntraLevelRange&>(*topology.getLevel(levelIx)->groups[group]);
+    }
+
+    int residuesIx = topology.addLevel("residues", 0, 12, -1);
+    int chainsIx = topology.addLevel("chains", residuesIx, 12, -1);
     int lastChain = -1;
     int lastResidue = -1;
     bool newChainPending = false;
@@ -131,17 +113,17 @@ std::string randomFile(unsigned seed, std::size_t mostLines) {
 }
 
 TEST(PDBreadReference, RandomFiles) {
+    auto const describeAll = [](MolTopology const& topology, std::string const& places) {
+        return namedGroups(&topology, "residues") + namedGroups(&topology, "chains") + places;
+    };
     std::int64_t numAtoms = 0;
     for (unsigned seed = 0; seed < 300; ++seed) {
         // The first file is longer than a block of the scanner.
         auto const trajectory = readPDB(randomFile(seed, seed == 0 ? 9999 : 120));
         SlowPDBReader const slow(scratchPath("in.pdb").c_str());
         numAtoms += slow.coords.size;
-        MolTopology const* topology = trajectory ? trajectory->getTopology() : nullptr;
-        ASSERT_EQ(!topology
-                      ? ""
-                      : namedGroups(topology, "residues") + namedGroups(topology, "chains") + placesOf(trajectory, 0),
-                  slow.text())
+        ASSERT_EQ(trajectory ? describeAll(*trajectory->getTopology(), placesOf(trajectory, 0)) : "",
+                  describeAll(slow.topology, placesOf(slow.coords)))
             << seed;
     }
     EXPECT_GT(numAtoms, 10000);

@@ -38,7 +38,7 @@ TEST(PDBwriteRecords, StructureLimits) {
     for (int i = 1; i < 1000; ++i) p.addElement("helix", "H", {0});
     p.addElement("helix", "LONG", {4, 5});
     p.addElement("turn", "T", {0, 1});
-    p.addElementOf("sheet", "S", p.strandsIx(), {p.addStrand(0, 1), p.addStrand(3, 3)});
+    p.addElement("sheet", "S", {p.addStrand(0, 1), p.addStrand(3, 3)}, p.strandsIx());
     p.addElement("unknown", "U", {0});
     EXPECT_THAT(writtenRecords(p, "HELIX"),
                 EndsWith(cards({"HELIX  10 LO ALA A 100  ALA A 100  1                                   1    |"})));

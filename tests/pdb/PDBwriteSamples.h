@@ -43,11 +43,10 @@ public:
     void addChain(char const* name, int first, int last) {
         addGroup("chains", residuesIx(), new MtIntraLevelRange(residuesIx(), first, last), name);
     }
-    void addElement(char const* type, char const* name, std::initializer_list<int> residues) {
-        addElementOf(type, name, residuesIx(), residues);
-    }
-    void addElementOf(char const* type, char const* name, int membersIx, std::initializer_list<int> members) {
-        int const element = addGroup("secondary_structure", residuesIx(), listIn(membersIx, members), name);
+    /// A list of residues, or of groups of another level.
+    void addElement(char const* type, char const* name, std::initializer_list<int> members, int membersIx = -1) {
+        MtGroup* list = listIn(membersIx < 0 ? residuesIx() : membersIx, members);
+        int const element = addGroup("secondary_structure", residuesIx(), list, name);
         if (type) setText(topology, topology->getLevelIx("secondary_structure"), "type", element, type);
     }
     int addStrand(int first, int last) {

@@ -2,7 +2,6 @@
 #include "qlt/MolTrajectoryVRK.h"
 
 #include <algorithm>
-#include <climits>
 #include <random>
 
 namespace {
@@ -57,10 +56,8 @@ TEST(PDBwriteTables, OnlyWaterIsNoHet) {
 }
 
 TEST(PDBwriteTables, NumbersRiseInEachChain) {
-    PdbSample p;
-    for (int const number : {5, 6, 9, 5, 5, 5, 9, 2, 7, INT_MAX, 1, 4, 4}) {
-        p.addResidue("ALA " + std::to_string(number));
-    }
+    PdbSample p({"ALA 5", "ALA 6", "ALA 9", "ALA 5", "ALA 5", "ALA 5", "ALA 9", "ALA 2", "ALA 7", "ALA 2147483647",
+                 "ALA 1", "ALA 4", "ALA 4"});
     p.addChain("A", 0, 2);
     p.addChain("B", 3, 5);
     p.addChain("C", 6, 7);
@@ -96,7 +93,7 @@ TEST(PDBwriteTables, SheetsAreCutWhereThePeptideEnds) {
         p.addElement(type, "A", {0, 1, 2, 3, 4, 6, 7});
         p.addElement(type, "B", {6, 5});
         p.addElement(type, "C", {});
-        p.addElementOf(type, "D", p.strandsIx(), {p.addStrand(1, 2), p.addStrand(4, 5), 9});
+        p.addElement(type, "D", {p.addStrand(1, 2), p.addStrand(4, 5), 9}, p.strandsIx());
         ResidueTables const tables(p);
         EXPECT_EQ(tables.segments(0), "0-2 / 3-4 / 6-6 / 7-7");
         EXPECT_EQ(tables.segments(1), "6-6 / 5-5"); // the bond counts in one direction

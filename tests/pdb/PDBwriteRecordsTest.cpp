@@ -66,12 +66,15 @@ TEST(PDBwriteRecords, TablesOfAHost) {
     p.addBond(0, 1);
     p.addBond(2, 1);
     molInfo const info(p.topology);
-    McDArray<int> numbers(2), chains(2), residues(3), bonds(2);
-    numbers[0] = 77, numbers[1] = 1, chains[0] = 0, chains[1] = -1;
-    residues[0] = bonds[0] = 0, residues[1] = bonds[1] = 1, residues[2] = -1;
+    auto const table = [](std::initializer_list<int> values) {
+        McDArray<int> result;
+        for (int const value : values) result.append(value);
+        return result;
+    };
+    McDArray<int> const numbers = table({77, 1}), chains = table({0, -1}), residues = table({0, 1, -1});
     PDBwrite::secInfo part;
-    part.start.append(4);
-    part.end.append(-1);
+    part.start = table({4});
+    part.end = table({-1});
     McDArray<McDArray<PDBwrite::secInfo>> structure(2);
     for (auto& element : structure) element.append(part);
     int numHelix = 0, numSheet = 0, numTurn = 0, numSsBond = 0;
@@ -79,7 +82,7 @@ TEST(PDBwriteRecords, TablesOfAHost) {
     {
         writer out(path.c_str());
         pdbWriter().writeSecStructRecords(out, info, structure, numbers, chains, numHelix, numSheet, numTurn);
-        pdbWriter().writeSSBondRecords(out, info, bonds, residues, chains, numbers, numSsBond);
+        pdbWriter().writeSSBondRecords(out, info, table({0, 1}), residues, chains, numbers, numSsBond);
     }
     EXPECT_EQ(readFile(path), cards({"HELIX    1  LO UNK      0  UNK      0  1                                  -5",
                                      "TURN     1   T UNK     0  UNK 0", "SSBOND   1 CYS A   77    CYS      1",

@@ -73,15 +73,17 @@ TEST(PDBwriteTables, SegmentsOfPartsWithGaps) {
     p.addChain("A", 0, 2);
     p.addElement("helix", "1", {0, 1, 2});
     p.addElement("helix", "2", {});
-    p.addElement("turn", "3", {5, 4, 3}); // outside the chains: numbered in the order of the part
+    p.addElement("turn", "3", {5, 4, 3});
     p.addElement("other", "4", {4, 99, -1, 3});
+    p.addElement("helix", "5", {1, 2, 4, 3}); // the first: numbers what is outside the chains, without gaps till then
     ResidueTables const tables(p);
     EXPECT_EQ(tables.segments(0), "0-1 2-1 2-1 2-2");
     EXPECT_EQ(tables.segments(1), "");
-    EXPECT_EQ(tables.segments(2), "5-3");
+    EXPECT_EQ(tables.segments(2), "5-5 4-5 4-5 4-3");
     EXPECT_EQ(tables.segments(3), "4-3");
-    EXPECT_EQ(textOf(tables.numbers), "5 6 9 22 21 20");
-    EXPECT_EQ(textOf(tables.order), "0 1 2 5 4 3");
+    EXPECT_EQ(tables.segments(4), "1-1 2-1 2-2 4-1 2-2 4-1 2-2 4-3");
+    EXPECT_EQ(textOf(tables.numbers), "5 6 9 21 20 22");
+    EXPECT_EQ(textOf(tables.order), "0 1 2 4 3 5");
 }
 
 TEST(PDBwriteTables, SheetsAreCutWhereThePeptideEnds) {

@@ -75,7 +75,7 @@ public:
 
 private:
     static int compare(Key const& a, Key const& b) { return a == b ? 0 : 1; }
-    int bucketOf(Key const& key) const { return hash(static_cast<int>(key)) & mask; }
+    int bucketOf(Key const& key) const { return ::hash(static_cast<int>(key)) & mask; }
 
     /// Doubles the buckets. The block has room for three pointers to a bucket, of which one is used; pages that are
     /// never touched cost nothing.

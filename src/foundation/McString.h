@@ -3,6 +3,7 @@
 #include "foundation/McDArray.h"
 #include "foundation/McHandable.h"
 
+#include <compare>
 #include <cstdarg>
 #include <cstring>
 
@@ -45,12 +46,16 @@ private:
 /// A copy of `a` with `b` appended; a null `b` gives a plain copy.
 TARNEX_API McString operator+(McString const& a, char const* b);
 
+// By byte, as `strcmp`.
 inline bool operator==(McString const& a, char const* b) {
     return std::strcmp(a.data, b) == 0;
 }
 inline bool operator==(McString const& a, McString const& b) {
-    return std::strcmp(a.data, b.data) == 0;
+    return a == b.data;
 }
-inline bool operator<(McString const& a, char const* b) {
-    return std::strcmp(a.data, b) < 0;
+inline std::strong_ordering operator<=>(McString const& a, char const* b) {
+    return std::strcmp(a.data, b) <=> 0;
+}
+inline std::strong_ordering operator<=>(McString const& a, McString const& b) {
+    return a <=> b.data;
 }

@@ -15,6 +15,9 @@ constexpr std::size_t firstBlockSize = 1024;
 constexpr std::size_t largestGrownSize = 16 * 1024;
 constexpr std::size_t largestBlockSize = 64 * 1024;
 
+// Ahead of an object outside pools; its last bytes are the owner.
+constexpr std::size_t headerOfAlone = __STDCPP_DEFAULT_NEW_ALIGNMENT__;
+
 void* allocateBytes(std::size_t bytes) {
     void* place = mcmalloc(bytes);
     if (!place) throw std::bad_alloc();
@@ -24,18 +27,18 @@ void* allocateBytes(std::size_t bytes) {
 } // namespace
 
 void* GroupPool::allocateAlone(std::size_t bytes) {
-    auto* owner = static_cast<Owner*>(allocateBytes(sizeof(Owner) + bytes));
-    *owner = nullptr;
-    return owner + 1;
+    char* const object = static_cast<char*>(allocateBytes(headerOfAlone + bytes)) + headerOfAlone;
+    *(reinterpret_cast<Owner*>(object) - 1) = nullptr;
+    return object;
 }
 
 void GroupPool::release(void* object) noexcept {
     if (!object) return;
-    Owner* owner = static_cast<Owner*>(object) - 1;
-    if (*owner)
-        leave(*owner);
+    Block* const owner = *(static_cast<Owner*>(object) - 1);
+    if (owner)
+        leave(owner);
     else
-        mcfree(owner);
+        mcfree(static_cast<char*>(object) - headerOfAlone);
 }
 
 void GroupPool::startBlock(std::size_t bytes) {

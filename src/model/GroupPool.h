@@ -41,7 +41,7 @@ public:
         ++block->users;
         return owner + 1;
     }
-    /// Room for one object outside any pool.
+    /// Room for one object outside any pool, aligned for objects of every class that asks for no more than usual.
     static void* allocateAlone(std::size_t bytes);
     /// Gives back what either of them returned.
     static void release(void* object) noexcept;
@@ -75,8 +75,10 @@ class Pooled {
 public:
     static void* operator new(std::size_t bytes) { return GroupPool::allocateAlone(bytes); }
     static void* operator new(std::size_t bytes, GroupPool& pool) { return pool.allocate(bytes); }
+    static void* operator new(std::size_t, void* place) noexcept { return place; }
     static void operator delete(void* object) noexcept { GroupPool::release(object); }
     static void operator delete(void* object, GroupPool&) noexcept { GroupPool::release(object); }
+    static void operator delete(void*, void*) noexcept {}
 };
 
 } // namespace tarnex

@@ -4,13 +4,11 @@
 #include "foundation/export.h"
 #include "model/GroupPool.h"
 
-#include <string>
-
 /// A named value that belongs to a topology as a whole, such as a data item of an SDF record. Every kind that a text
 /// format can carry converts to and from text.
 class TARNEX_API MolData : public tarnex::Pooled {
 public:
-    explicit MolData(char const* dataName) : name(dataName ? dataName : "") {}
+    explicit MolData(char const* dataName) : name(dataName) {}
     virtual ~MolData();
     MolData& operator=(MolData const&) = delete;
 
@@ -22,13 +20,12 @@ public:
     virtual void setValueFromString(char const* text);
 
     /// The key under which a topology keeps the datum.
-    char const* getName() const { return name.c_str(); }
+    char const* getName() const { return name; }
 
 protected:
     MolData(MolData const&) = default;
 
-private:
-    std::string name;
+    McString name;
 };
 
 template <class T>
@@ -40,7 +37,7 @@ public:
     virtual T const& getValue() const { return value; }
     virtual void setValue(T const& v) { value = v; }
 
-private:
+protected:
     T value;
 };
 

@@ -29,7 +29,7 @@ MtIntraLevelRange* MtIntraLevelRange::clone() const {
 }
 
 bool MtIntraLevelRange::translate(MtGroupRefTranslator* translator, bool) {
-    if (size() == 0) return true;
+    if (size() <= 0) return true;
     MtGroupRef const firstImage = translator->translate(MtGroupRef(levelIx, first));
     MtGroupRef const lastImage = translator->translate(MtGroupRef(levelIx, last));
     if (firstImage.groupIx < 0 || lastImage.groupIx < 0) return false;
@@ -41,7 +41,7 @@ bool MtIntraLevelRange::translate(MtGroupRefTranslator* translator, bool) {
 
 int MtIntraLevelRange::size() const {
     std::int64_t const count = std::int64_t{last} - first + 1;
-    return static_cast<int>(std::clamp<std::int64_t>(count, 0, INT_MAX));
+    return static_cast<int>(std::clamp<std::int64_t>(count, INT_MIN, INT_MAX));
 }
 
 MtGroupRef MtIntraLevelRange::operator[](int i) const {

@@ -32,7 +32,7 @@ public:
     MtIntraLevelRange* clone() const override;
     /// Maps both ends; false if either was removed. A range without members stays as it is.
     bool translate(MtGroupRefTranslator* translator, bool flag) override;
-    /// 0 if `last` stands ahead of `first`.
+    /// `last` - `first` + 1, so that a range without members may have a negative size.
     int size() const override;
     MtGroupRef operator[](int i) const override;
     /// Moves the range to the level of `ref`; the first and the last member set the ends, others change nothing.

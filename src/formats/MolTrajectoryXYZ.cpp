@@ -10,6 +10,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 
 namespace {
 
@@ -50,8 +51,10 @@ MolTrajectory* MolTrajectoryXYZ::readXYZMolTrajectory(char const* filename) {
         tarnex::report(messages, "Could not load \"", name, "\"\n");
         return nullptr;
     }
-    stream = opened.release();
+    delete std::exchange(stream, opened.release());
     topology = new MolTopology;
+    framePositions.resize(0);
+    whole = true;
     tarnex::StreamExtractor in(*stream);
     scanFrames(in);
     std::cerr << '\n';

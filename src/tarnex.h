@@ -9,6 +9,7 @@
 #include "chemistry/BondCalc.h"
 #include "chemistry/ElementTable.h"
 #include "chemistry/Resource.h"
+#include "formats/MolTrajBundleIO.h"
 #include "formats/MolTrajectoryVDE.h"
 #include "formats/MolTrajectoryXYZ.h"
 #include "formats/UniChemIO.h"
@@ -52,5 +53,4 @@
 #include "textio/tokenizer.h"
 #include "textio/writer.h"
 #include "tripos/TriposIO.h"
-#include "wizard/MolTrajBundleIO.h"
 #include "wizard/TarnexWizard.h"

@@ -58,7 +58,6 @@ public:
     /// lacks are 0. False, with a message, if the file cannot be opened; false if there is no such position.
     bool readCoordsAt(Molecule* molecule, int step, McDArray<long>& positions, McString coordFile);
 
-private:
     std::ostream* messages;
     McProgressInterface* progress;
     /// The topology of the current read.

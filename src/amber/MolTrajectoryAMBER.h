@@ -27,9 +27,6 @@ public:
     /// read anew. Its coordinates stay as they are if there is no such step.
     bool getTimeStep(int step, Molecule* molecule) override;
 
-private:
-    void getRestartState(Molecule* molecule);
-
     int numTimeSteps = 0;
     McDArray<long> coordPositions;
     McString coordFile;
@@ -37,4 +34,7 @@ private:
     McString velocityFile;
     McString dataFile;
     McString topologyFile;
+
+private:
+    void getRestartState(Molecule* molecule);
 };

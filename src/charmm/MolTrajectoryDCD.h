@@ -4,6 +4,7 @@
 #include "foundation/McDArray.h"
 #include "foundation/McVec3f.h"
 #include "model/MolTrajectory.h"
+#include "model/Molecule.h"
 
 #include <fstream>
 #include <ostream>

@@ -17,7 +17,8 @@ extern TARNEX_API char const* MOLECULE_BUNDLE_HEADER;
 /// Reads bundle lists: small text files that name other molecule files, which are loaded as one bundle.
 ///
 /// Behind the first line stand the names, separated by white space, each relative to the folder of the list. A name in
-/// double quotes may hold blanks and "#"; elsewhere a "#" in front of a name starts a comment up to the line end.
+/// double quotes may hold blanks and "#"; elsewhere a "#" in front of a name starts a comment up to the line end. The
+/// code stands in wizard/, since `TarnexWizard` loads the files.
 class TARNEX_API MolTrajBundleIO {
 public:
     /// Both may be null; neither is owned. Messages go to the stream; the interface is kept and not used.
@@ -32,9 +33,8 @@ public:
     /// quote behind it, does not count.
     static int nextWord(FILE* file, McString& word);
 
-private:
     std::ostream* messages;
-    [[maybe_unused]] McProgressInterface* progress;
+    McProgressInterface* progress;
 };
 
 namespace tarnex {

@@ -41,10 +41,9 @@ public:
     /// Adds the bonds, of "type" 1, to the topology of the molecule.
     void readBonds(std::istream& in, Molecule* molecule);
 
-private:
-    [[maybe_unused]] std::ostream* messages;
+    std::ostream* messages;
     McDArray<McString> stepFiles;
     /// The atoms of the first step, without bonds; also `topology`.
     McHandle<MolTopology> baseTopology;
-    [[maybe_unused]] AtomDataBase* atomDataBase;
+    AtomDataBase* atomDataBase;
 };

@@ -40,15 +40,16 @@ public:
     /// behind it stay as they were, and so do all of them for a step that does not exist.
     bool getTimeStep(int step, Molecule* molecule) override;
 
-private:
-    void scanFrames(tarnex::StreamExtractor& in);
-    bool scanFrame(tarnex::StreamExtractor& in, int count);
-    bool readAtoms(tarnex::StreamExtractor& in, int count);
-
     std::ostream* messages;
     /// Where the first atom line of each frame begins.
     McDArray<std::streampos> framePositions;
     std::ifstream* stream = nullptr;
     AtomDataBase* atomDataBase;
+
+private:
+    void scanFrames(tarnex::StreamExtractor& in);
+    bool scanFrame(tarnex::StreamExtractor& in, int count);
+    bool readAtoms(tarnex::StreamExtractor& in, int count);
+
     bool whole = true;
 };

@@ -29,7 +29,6 @@ public:
     /// The same to an open file; `name` stands in its header.
     bool writeUniChemMolecule(Molecule* molecule, char const* name, writer& out);
 
-private:
     std::ostream* messages;
     McProgressInterface* progress;
 };

@@ -22,10 +22,12 @@ public:
     int getNumTimeSteps() const override;
     /// Puts the topology and the positions of a frame, in Angstrom, into a molecule. True also if the frame could not
     /// be read, which leaves the coordinates as they were; false outside the table.
-    bool getTimeStep(int index, Molecule* molecule) override;
+    bool getTimeStep(int index, Molecule* result) override;
 
     int numTimeSteps = 0;
     McString trajectoryFile;
+    /// The structure that the trajectory was made from. Not owned and not used afterwards.
+    Molecule* molecule;
     /// Of the frame that was read last; null until then.
     McHandle<Header> lastHeader;
     /// The offset of each frame: its index times the size of the first frame, in 32 bits, so that those behind 2 GiB

@@ -7,7 +7,7 @@ namespace tarnex::gromacs {
 
 template <class Reader, class Header>
 FrameTrajectory<Reader, Header>::FrameTrajectory(Molecule* structure, McString const& fileName)
-    : MolTrajectory(structure->getTopology()), trajectoryFile(fileName) {
+    : MolTrajectory(structure->getTopology()), trajectoryFile(fileName), molecule(structure) {
     FrameTrajectory::setStreamPos();
 }
 
@@ -35,10 +35,10 @@ int FrameTrajectory<Reader, Header>::getNumTimeSteps() const {
 }
 
 template <class Reader, class Header>
-bool FrameTrajectory<Reader, Header>::getTimeStep(int index, Molecule* molecule) {
+bool FrameTrajectory<Reader, Header>::getTimeStep(int index, Molecule* result) {
     if (index < 0 || index >= streamPositions.size) return false;
-    molecule->setTopology(topology, false);
-    lastHeader = Reader(nullptr, nullptr).readCoordsAt(molecule, streamPositions[index], trajectoryFile);
+    result->setTopology(topology, false);
+    lastHeader = Reader(nullptr, nullptr).readCoordsAt(result, streamPositions[index], trajectoryFile);
     return true;
 }
 

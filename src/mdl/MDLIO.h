@@ -59,10 +59,10 @@ public:
     /// Whether the topology keeps the limits of the format, 999 atoms and 999 bonds; a message tells if not.
     bool checkNumAtomsBonds(MolTopology const* topology);
 
+    std::ostream* messages;
+    McProgressInterface* progress;
+
 private:
     /// The first step of a trajectory; null, with a message, if there is none.
     McHandle<Molecule> firstStep(MolTrajectory* trajectory);
-
-    std::ostream* messages;
-    McProgressInterface* progress;
 };

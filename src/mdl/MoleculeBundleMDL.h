@@ -21,10 +21,10 @@ public:
     /// Always null.
     MolTopology* getTopology(unsigned int index) override;
 
-private:
-    void moveTo(unsigned int index);
-
     /// Where each record begins.
     std::unique_ptr<McDArray<long>> offsets;
     std::unique_ptr<lengthizer> scanner;
+
+private:
+    void moveTo(unsigned int index);
 };

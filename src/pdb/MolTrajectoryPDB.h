@@ -18,8 +18,9 @@ public:
     /// there is no such step.
     bool getTimeStep(int step, Molecule* molecule) override;
 
-private:
+    /// Owned, from `mcmalloc`.
     char* fileName;
     int numTimeSteps;
+    /// Of each model.
     McDArray<PDBread::streamPositions> positions;
 };

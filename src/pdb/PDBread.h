@@ -74,9 +74,9 @@ public:
     /// The index of the first residue that holds an atom, or -1.
     static int getResIxOfAtom(molInfo const& info, int atom);
 
-private:
-    McHandle<MolTrajectory> readTrajectory(char const* filename);
-
     std::ostream* messages;
     McProgressInterface* progress;
+
+private:
+    McHandle<MolTrajectory> readTrajectory(char const* filename);
 };

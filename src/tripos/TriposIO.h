@@ -53,7 +53,6 @@ public:
     /// A file of one molecule; of none for null.
     bool writeTriposMolecule(Molecule const* molecule, char const* filename);
 
-private:
     std::ostream* messages;
     McProgressInterface* progress;
 };

@@ -1,4 +1,4 @@
-#include "wizard/MolTrajBundleIO.h"
+#include "formats/MolTrajBundleIO.h"
 
 #include "foundation/McFilename.h"
 #include "foundation/report.h"

@@ -1,4 +1,4 @@
-#include "wizard/MolTrajBundleIO.h"
+#include "formats/MolTrajBundleIO.h"
 
 #include "support/model.h"
 #include "support/testing.h"

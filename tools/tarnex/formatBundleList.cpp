@@ -1,7 +1,7 @@
 #include "DivertedOutput.h"
 #include "formatFunctions.h"
+#include "formats/MolTrajBundleIO.h"
 #include "text.h"
-#include "wizard/MolTrajBundleIO.h"
 
 #include <sstream>
 

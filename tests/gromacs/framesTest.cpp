@@ -10,235 +10,173 @@ namespace {
 
 using namespace tarnex::test;
 
-struct Double {
-    using Real = double;
-    using Reader = GROMACSread;
-    using Trajectory = MolTrajectoryGROMACS;
-};
-struct Single {
-    using Real = float;
-    using Reader = GROMACSread_SINGLE;
-    using Trajectory = MolTrajectoryGROMACS_SINGLE;
-};
+constexpr char const* untouched = "-5,-5,-5|-5,-5,-5";
 
-template <class Precision>
+/// A trajectory of molecules of two atoms.
+template <class Trajectory>
 class Frames : public testing::Test {
 protected:
-    using Real = typename Precision::Real;
-    using AFrame = Frame<Real>;
-
-    /// A trajectory of molecules of two atoms.
-    void open(std::string const& bytes) {
-        trajectory = new typename Precision::Trajectory(structure.get(), writeFile("in.trr", bytes).c_str());
-    }
-    /// The positions behind a step that is read into coordinates of -5, and what is printed meanwhile.
-    std::string read(int step, Molecule& molecule) {
-        for (McVec3f& place : molecule.coords) place = McVec3f(-5.0F, -5.0F, -5.0F);
-        return printed([&] { EXPECT_TRUE(trajectory->getTimeStep(step, &molecule)); });
-    }
-    McDArray<McVec3f> const& read(int step) {
-        prints = read(step, *structure);
-        return structure->coords;
-    }
+    using Real = decltype(std::declval<Trajectory>().lastHeader->t);
     static constexpr int headerSize = 76 + 2 * sizeof(Real);
 
+    void open(std::string const& bytes) {
+        trajectory = new Trajectory(structure.get(), writeFile("in.trr", bytes).c_str());
+    }
+    /// The positions behind a step that is read into coordinates of -5; `prints` is what is printed meanwhile.
+    std::string read(int step) {
+        for (McVec3f& place : structure->coords) place = McVec3f(-5.0F, -5.0F, -5.0F);
+        prints = printed([&] { EXPECT_TRUE(trajectory->getTimeStep(step, structure.get())); });
+        return placesOf(structure->coords);
+    }
+
     std::unique_ptr<Molecule> structure = makeChain(2);
-    McHandle<typename Precision::Trajectory> trajectory;
+    McHandle<Trajectory> trajectory;
     std::string prints;
 };
 
-using Precisions = testing::Types<Double, Single>;
+using Precisions = testing::Types<MolTrajectoryGROMACS, MolTrajectoryGROMACS_SINGLE>;
 TYPED_TEST_SUITE(Frames, Precisions);
 
-constexpr char const* regularPrints = "magic = 1993\nstrLen = 13\n";
-McVec3f const untouched(-5.0F, -5.0F, -5.0F);
-McVec3f const zero(0.0F, 0.0F, 0.0F);
-
 TYPED_TEST(Frames, AreFoundBySizeAndReadInAnyOrder) {
-    typename TestFixture::AFrame frame{
-        .hasVirial = true, .hasPressure = true, .hasVelocities = true, .hasForces = true};
-    std::string bytes = frame.bytes();
-    auto const size = static_cast<long>(bytes.size());
-    EXPECT_EQ(size, this->headerSize + (9 + 54 + 18) * static_cast<long>(sizeof(typename TypeParam::Real)));
+    using AFrame = Frame<typename TestFixture::Real>;
+    AFrame frame{.hasVirial = 1, .hasPressure = 1, .hasVelocities = 1, .hasForces = 1};
+    std::string const first = frame.bytes();
     frame.position = 0.5F;
-    bytes += frame.bytes() + typename TestFixture::AFrame{}.bytes().substr(0, 100);
-    this->open(bytes);
+    this->open(first + frame.bytes() + AFrame{}.bytes().substr(0, 100)); // the cut third one does not count
     auto& steps = *this->trajectory;
-    ASSERT_EQ(steps.getNumTimeSteps(), 2); // the cut third one does not count
-    EXPECT_EQ(steps.streamPositions[0], 0);
-    EXPECT_EQ(steps.streamPositions[1], size);
+    ASSERT_EQ(steps.getNumTimeSteps(), 2);
+    EXPECT_EQ(steps.streamPositions[1], static_cast<long>(first.size()));
     EXPECT_FALSE(steps.lastHeader);
-    EXPECT_EQ(this->read(1)[0], McVec3f(5.0F, 15.0F, 25.0F));
-    EXPECT_EQ(this->read(0)[1], McVec3f(40.0F, 50.0F, 60.0F));
-    EXPECT_EQ(this->prints, regularPrints);
+    EXPECT_EQ(this->read(1), "5,15,25|35,45,55");
+    EXPECT_EQ(this->read(0), "10,20,30|40,50,60");
+    EXPECT_EQ(this->prints, "magic = 1993\nstrLen = 13\n");
     auto const& header = *steps.lastHeader;
-    EXPECT_EQ(std::string(header.version, 16), std::string("\0\0\0\x0c", 4) + "GMX_trn_file");
-    EXPECT_EQ(header.natoms, 2);
-    EXPECT_EQ(header.step, 7);
-    EXPECT_EQ(header.t, typename TypeParam::Real(2.5));
-    EXPECT_EQ(header.lambda, typename TypeParam::Real(0.5));
-    EXPECT_EQ(header.refCount, 1);
+    EXPECT_EQ(std::string(header.version, 16), frame.version);
+    EXPECT_EQ((std::tuple{header.natoms, header.step, header.t, header.lambda, header.refCount}),
+              (std::tuple{2, 7, 2.5, 0.5, 1}));
     EXPECT_FALSE(steps.getTimeStep(2, this->structure.get()));
     EXPECT_FALSE(steps.getTimeStep(-1, this->structure.get()));
-    Molecule other(new MolTopology, true);
-    this->read(0, other);
-    EXPECT_EQ(other.getTopology(), steps.getTopology());
-    EXPECT_EQ(other.coords.size, 2);
 }
 
-TYPED_TEST(Frames, ArraysThatAreMissing) {
-    this->open(typename TestFixture::AFrame{.hasBox = false}.bytes());
-    EXPECT_EQ(this->read(0)[1], McVec3f(40.0F, 50.0F, 60.0F));
-    this->open(typename TestFixture::AFrame{.hasPositions = false, .hasForces = true}.bytes());
-    EXPECT_EQ(this->trajectory->getNumTimeSteps(), 1);
-    EXPECT_EQ(this->read(0)[1], zero);
-}
-
-TYPED_TEST(Frames, OfOtherNumbersOfAtoms) {
-    this->open(typename TestFixture::AFrame{.numAtoms = 5}.bytes());
-    EXPECT_EQ(this->read(0)[1], McVec3f(40.0F, 50.0F, 60.0F));
-    this->open(typename TestFixture::AFrame{.numAtoms = 1}.bytes());
-    EXPECT_EQ(this->read(0)[0], McVec3f(10.0F, 20.0F, 30.0F));
-    EXPECT_EQ(this->structure->coords[1], untouched);
-    for (int const claimed : {-1, INT_MIN, 0}) {
-        this->open(typename TestFixture::AFrame{.claimedAtoms = claimed}.bytes());
-        EXPECT_EQ(this->read(0)[0], untouched) << claimed;
+TYPED_TEST(Frames, OfMissingArraysAndOtherNumbersOfAtoms) {
+    using AFrame = Frame<typename TestFixture::Real>;
+    std::pair<AFrame, char const*> const cases[] = {
+        {{.hasBox = 0}, "10,20,30|40,50,60"},
+        {{.hasPositions = 0, .hasForces = 1}, "0,0,0|0,0,0"},
+        {{.numAtoms = 5}, "10,20,30|40,50,60"},
+        {{.numAtoms = 1}, "10,20,30|-5,-5,-5"},
+        {{.claimedAtoms = -1}, untouched},
+        {{.claimedAtoms = INT_MIN}, untouched},
+        {{.hasForces = 1, .claimedAtoms = INT_MAX}, "10,20,30|40,50,60"},
+    };
+    for (auto const& [frame, places] : cases) {
+        this->open(frame.bytes());
+        EXPECT_EQ(this->trajectory->getNumTimeSteps(), 1);
+        EXPECT_EQ(this->read(0), places) << frame.claimedAtoms;
     }
-    this->open(typename TestFixture::AFrame{.hasForces = true, .claimedAtoms = INT_MAX}.bytes());
-    EXPECT_EQ(this->trajectory->getNumTimeSteps(), 1);
-    EXPECT_EQ(this->read(0)[1], McVec3f(40.0F, 50.0F, 60.0F));
 }
 
 TYPED_TEST(Frames, CutAnywhere) {
-    typename TestFixture::AFrame const frame{.hasVirial = true, .hasVelocities = true};
-    std::string const whole = frame.bytes();
-    constexpr auto width = sizeof(typename TypeParam::Real);
-    std::size_t const positions = this->headerSize + 36 * width;
-    for (std::size_t length = 0; length < whole.size(); ++length) {
-        this->open(whole.substr(0, length));
-        if (length < 4) {
-            EXPECT_EQ(this->trajectory->getNumTimeSteps(), 0) << length;
-            continue;
-        }
-        ASSERT_GE(this->trajectory->getNumTimeSteps(), 1) << length;
-        auto const& coords = this->read(0);
-        if (length < 68) {
-            EXPECT_EQ(coords[0], untouched) << length; // the number of atoms is missing
-            continue;
-        }
-        std::size_t const there = length < positions ? 0 : (length - positions) / width;
-        for (std::size_t i = 0; i < 6; ++i) {
-            float const expected = i < there ? 10.0F * static_cast<float>(i + 1) : 0.0F;
-            EXPECT_EQ(coords[static_cast<int>(i / 3)][static_cast<int>(i % 3)], expected) << length << " " << i;
-        }
+    std::string const whole = Frame<typename TestFixture::Real>{.hasVirial = 1, .hasVelocities = 1}.bytes();
+    constexpr int width = sizeof(typename TestFixture::Real);
+    constexpr int positions = TestFixture::headerSize + 36 * width;
+    for (int length = 0; length < static_cast<int>(whole.size()); ++length) {
+        this->open(whole.substr(0, static_cast<std::size_t>(length)));
+        ASSERT_EQ(this->trajectory->getNumTimeSteps() > 0, length >= 4) << length;
+        if (length < 4) continue;
+        int const there = length < positions ? 0 : (length - positions) / width;
+        auto const place = [there](int i) { return std::to_string(i < there ? 10 * (i + 1) : 0); };
+        auto const atom = [&](int i) { return joined(3, ",", [&](int axis) { return place(3 * i + axis); }); };
+        bool const hasCount = length >= 68;
+        EXPECT_EQ(this->read(0), hasCount ? joined(2, "|", atom) : untouched) << length;
     }
 }
 
 TYPED_TEST(Frames, VersionTextsOfOtherLengths) {
-    struct Case {
-        int strLen;
-        std::size_t bytes;
-        char const* prints;
-        bool isRead;
-    };
-    for (Case const& c : {
-             Case{0, 3, "magic = 1993\nstrLen = 0\n", true},
-             Case{20, 23, "magic = 1993\nstrLen = 20\n", true},
-             Case{21, 24, "magic = 1993\nstrLen = 21\nreturning because strLen..\n", false},
-             Case{-1, 2, "magic = 1993\nstrLen = -1\nreturning because strLen..\n", false},
-             Case{INT_MIN, 0, "magic = 1993\nstrLen = -2147483648\nreturning because strLen..\n", false},
-             Case{INT_MAX, 5, "magic = 1993\nstrLen = 2147483647\nreturning because strLen..\n", false},
-         }) {
-        typename TestFixture::AFrame const frame{.strLen = c.strLen, .version = std::string(c.bytes, 'v')};
-        this->open(frame.bytes());
-        ASSERT_EQ(this->trajectory->getNumTimeSteps(), 1) << c.strLen;
-        EXPECT_EQ(this->read(0)[0], c.isRead ? McVec3f(10.0F, 20.0F, 30.0F) : untouched) << c.strLen;
-        EXPECT_EQ(this->prints, c.prints);
-        if (!c.isRead) EXPECT_EQ(this->trajectory->lastHeader->strLen, 20);
-        if (!c.isRead) EXPECT_EQ(this->trajectory->lastHeader->natoms, 0);
+    for (auto const& [strLen, length, isRead] : {std::tuple{0, 3U, true},
+                                                 {20, 23U, true},
+                                                 {21, 24U, false},
+                                                 {-1, 2U, false},
+                                                 {INT_MIN, 0U, false},
+                                                 {INT_MAX, 5U, false}}) {
+        this->open(Frame<typename TestFixture::Real>{.strLen = strLen, .version = std::string(length, 'v')}.bytes());
+        ASSERT_EQ(this->trajectory->getNumTimeSteps(), 1) << strLen;
+        EXPECT_EQ(this->read(0), isRead ? "10,20,30|40,50,60" : untouched) << strLen;
+        EXPECT_EQ(this->prints, "magic = 1993\nstrLen = " + std::to_string(strLen) + "\n" +
+                                    (isRead ? "" : "returning because strLen..\n"));
+        EXPECT_EQ(this->trajectory->lastHeader->strLen, isRead ? strLen : 20);
+        EXPECT_EQ(this->trajectory->lastHeader->natoms, isRead ? 2 : 0);
     }
 }
 
 TYPED_TEST(Frames, PositionsBehindTwoGigabytesComeFromA32BitProduct) {
     // A file with holes: frames of 90 million atoms, of which only headers and the first atoms stand there.
-    typename TestFixture::AFrame frame{.numAtoms = 1, .claimedAtoms = 90000000};
+    Frame<typename TestFixture::Real> frame{.numAtoms = 1, .claimedAtoms = 90000000};
     this->open(frame.bytes());
     std::string const path = scratchPath("in.trr");
-    long const size = this->headerSize + static_cast<long>(sizeof(typename TypeParam::Real)) * (9 + 3 * 90000000L);
-    {
-        std::fstream file(path, std::ios::binary | std::ios::in | std::ios::out);
-        for (long i = 1; i < 4; ++i) {
-            frame.position = static_cast<typename TypeParam::Real>(i + 1);
-            file.seekp(i * size) << frame.bytes();
-        }
+    long const size = this->headerSize + static_cast<long>(sizeof frame.position) * (9 + 3 * 90000000L);
+    for (long i = 1; i < 4; ++i) {
+        frame.position = static_cast<typename TestFixture::Real>(i + 1);
+        std::fstream(path, std::ios::binary | std::ios::in | std::ios::out).seekp(i * size) << frame.bytes();
     }
     std::filesystem::resize_file(path, static_cast<std::uintmax_t>(4 * size));
     EXPECT_EQ(this->trajectory->setStreamPos(), 1);
     ASSERT_EQ(this->trajectory->getNumTimeSteps(), 4);
-    EXPECT_EQ(this->read(0)[0].x, 10.0F);
-    for (int i = 1; i < 4; ++i) {
+    for (int i = 0; i < 4; ++i) {
         long const position = this->trajectory->streamPositions[i];
         EXPECT_EQ(position, static_cast<int>(static_cast<std::uint32_t>(i * size)));
-        McVec3f const place = this->read(i)[0];
-        if (position < 0) EXPECT_EQ(place, untouched);
-        if (position < 0) EXPECT_EQ(this->prints, "");
-        if (position == i * size) EXPECT_EQ(place.x, 10.0F * static_cast<float>(i + 1));
+        std::string const places = this->read(i);
+        if (position < 0) EXPECT_EQ(this->prints + places, untouched);
+        if (position == i * size) EXPECT_THAT(places, StartsWith(std::to_string(10 * (i + 1)) + ","));
     }
     std::filesystem::remove(path);
 }
 
 TYPED_TEST(Frames, FilesThatAreMissingOrGoAway) {
-    this->trajectory = new typename TypeParam::Trajectory(this->structure.get(), "no.trr");
-    EXPECT_EQ(this->trajectory->getNumTimeSteps(), 0);
-    this->trajectory = new typename TypeParam::Trajectory(this->structure.get(), scratchPath("").c_str());
-    EXPECT_EQ(this->trajectory->getNumTimeSteps(), 0);
-    this->open(typename TestFixture::AFrame{}.bytes());
+    for (std::string const& name : {std::string("no.trr"), scratchPath("")}) {
+        this->trajectory = new TypeParam(this->structure.get(), name.c_str());
+        EXPECT_EQ(this->trajectory->getNumTimeSteps(), 0);
+    }
+    this->open(Frame<typename TestFixture::Real>{}.bytes());
     std::filesystem::remove(scratchPath("in.trr"));
-    EXPECT_EQ(this->read(0)[0], untouched);
-    EXPECT_EQ(this->prints, "");
+    EXPECT_EQ(this->read(0) + this->prints, untouched);
     EXPECT_EQ(this->trajectory->lastHeader->natoms, 0);
 }
 
-constexpr char const* twoAtoms = "t\n2\n    1HOH     OW    1   0.000   0.000   0.000\n"
-                                 "    1HOH    HW1    2   0.090   0.000   0.000\n";
-
 TEST(GromacsTrajectory, BondsComeFromTheTopologyOrFromLengthsInDoublePrecisionOnly) {
-    std::string const gro = writeFile("in.gro", twoAtoms);
+    std::string const gro = writeFile("in.gro", "t\n2\n    1HOH     OW    1   0.000   0.000   0.000\n"
+                                                "    1HOH    HW1    2   0.090   0.000   0.000\n");
     std::string const trr = writeFile("in.trr", Frame<double>{}.bytes());
     std::string const top = writeFile("in.top", "[ bonds ]\n    2     1     4\n");
-    GROMACSread reader(nullptr, nullptr);
-    GROMACSread_SINGLE single(nullptr, nullptr);
-    auto const bonds = [](MolTrajectory* trajectory) {
-        McHandle<MolTrajectory> const held(trajectory);
-        return held->getTopology()->getLevel(1)->groups.size;
+    auto const bonds = [&](char const* topology, bool isSingle) {
+        McHandle<MolTrajectory> const held(
+            isSingle ? GROMACSread_SINGLE(nullptr, nullptr)
+                           .readGROMACS_SINGLEMolTrajectory(trr.c_str(), gro.c_str(), topology)
+                     : GROMACSread(nullptr, nullptr).readGROMACSMolTrajectory(trr.c_str(), gro.c_str(), topology));
+        return groupsOf(held->getTopology()->getLevel(1));
     };
-    EXPECT_EQ(bonds(reader.readGROMACSMolTrajectory(trr.c_str(), gro.c_str(), nullptr)), 1);
-    EXPECT_EQ(bonds(reader.readGROMACSMolTrajectory(trr.c_str(), gro.c_str(), top.c_str())), 1);
-    EXPECT_EQ(bonds(reader.readGROMACSMolTrajectory(nullptr, gro.c_str(), "no.top")), 0);
-    EXPECT_EQ(bonds(single.readGROMACS_SINGLEMolTrajectory(trr.c_str(), gro.c_str(), nullptr)), 0);
-    EXPECT_EQ(bonds(single.readGROMACS_SINGLEMolTrajectory(trr.c_str(), gro.c_str(), top.c_str())), 1);
-    EXPECT_EQ(reader.readGROMACSMolTrajectory(trr.c_str(), "no.gro", nullptr), nullptr);
-    EXPECT_EQ(single.readGROMACS_SINGLEMolTrajectory(trr.c_str(), nullptr, top.c_str()), nullptr);
+    EXPECT_EQ(bonds(nullptr, false), "0,1");
+    EXPECT_EQ(bonds(top.c_str(), false), "1,0");
+    EXPECT_EQ(bonds("no.top", false), "");
+    EXPECT_EQ(bonds(nullptr, true), "");
+    EXPECT_EQ(bonds(top.c_str(), true), "1,0");
+    EXPECT_FALSE(GROMACSread(nullptr, nullptr).readGROMACSMolTrajectory(trr.c_str(), "no.gro", nullptr));
+    EXPECT_FALSE(GROMACSread_SINGLE(nullptr, nullptr).readGROMACS_SINGLEMolTrajectory(trr.c_str(), nullptr, nullptr));
 }
 
 TEST(CheckFormat, LooksForTheSecondFrame) {
-    std::string const inDouble = Frame<double>{.hasVelocities = true}.bytes();
-    std::string const inSingle = Frame<float>{.hasVelocities = true}.bytes();
-    // Four bytes more than a frame in single precision are what passes as such.
-    std::string const padded = inSingle + std::string(4, '\0');
-    struct {
-        std::string bytes;
-        int result;
-    } const cases[] = {{inDouble + inDouble, 2},
-                       {inDouble, -1},
-                       {inDouble + inDouble.substr(0, 4), 2},
-                       {inDouble + inDouble.substr(0, 3), -1},
-                       {inSingle + inSingle, -1},
-                       {padded + inSingle, 1},
-                       {"", -1},
-                       {"abc", -1},
-                       {"abcd", -1},
-                       {std::string(500, '\0'), 1}};
+    std::string const inDouble = Frame<double>{.hasVelocities = 1}.bytes();
+    std::string const inSingle = Frame<float>{.hasVelocities = 1}.bytes();
+    std::pair<std::string, int> const cases[] = {
+        {inDouble + inDouble, 2},
+        {inDouble, -1},
+        {inDouble + inDouble.substr(0, 4), 2},
+        {inDouble + inDouble.substr(0, 3), -1},
+        {inSingle + inSingle, -1},
+        {inSingle + std::string(4, '\0') + inSingle, 1}, // so much more is what passes as single precision
+        {"", -1},
+        {"abcd", -1},
+        {std::string(500, '\0'), 1}};
     for (auto const& [bytes, result] : cases) {
         EXPECT_EQ(GROMACSread(nullptr, nullptr).checkFormat(writeFile("in.trr", bytes).c_str()), result)
             << bytes.size();

@@ -15,12 +15,6 @@ Read readGro(std::string const& text) {
     return Read(GROMACSread(nullptr, nullptr).readGRO(writeFile("in.gro", text).c_str()));
 }
 
-/// The ranges of the residues and their names: "0-1|2-2 ALA|HOH".
-std::string residues(Molecule& molecule) {
-    MtGroupingLevel* level = levelOf(molecule.getTopology(), "residues");
-    return groupsOf(level) + " " + valuesOf(level, "type");
-}
-
 constexpr char const* small = "title, t= 0.0\n"
                               "    5 and more\n"
                               "    1ALA      N    1   1.000   2.000   3.000  0.1000  0.2000  0.3000\n"
@@ -39,42 +33,25 @@ TEST(GroReader, AtomsResiduesAndCoordinates) {
     EXPECT_EQ(placesOf(molecule->coords), "10,20,30|-1,0,1234.56|0,0.09999999,70|0,0,0|0.01,0.02,0.03");
 }
 
-std::string groOfResidueNumbers(std::initializer_list<int> numbers) {
-    std::ostringstream text;
-    text << "\n" << numbers.size() << "\n";
-    char line[16];
-    for (int const number : numbers) {
-        std::snprintf(line, sizeof line, "%5dRES\n", number);
-        text << line;
-    }
-    return text.str();
-}
-
-TEST(GroReader, ResiduesBeginWhereTheNumberChanges) {
-    EXPECT_EQ(residues(*readGro(groOfResidueNumbers({7}))), "0-0 RES");
-    EXPECT_EQ(residues(*readGro(groOfResidueNumbers({1, 1, 2, 2, 1}))), "0-1|2-3|4-4 RES|RES|RES");
-    EXPECT_EQ(residues(*readGro(groOfResidueNumbers({-1, -1, 3, -1, 3, 4}))), "0-1|2-3|4-4|5-5 RES|RES|RES|RES");
-    EXPECT_EQ(residues(*readGro(groOfResidueNumbers({99999, 0, 0}))), "0-0|1-2 RES|RES");
-}
-
-TEST(GroReader, CountsDecideWhatEverTheFileHolds) {
-    for (auto const& [text, atoms, named] : {std::tuple{"", 0, " "},
-                                             {"t\n0\n", 0, " "},
-                                             {"t\n-4\n", 0, " "},
-                                             {"t\n      3\n", 0, " "},
-                                             {"t\n3\n    1ALA     CA    1   0.1", 3, "0-0|1-2 ALA|"},
-                                             {"t\r\n 1\r\n    1ALA\r\n", 1, "0-0 ALA"},
-                                             {"t\n1\n    1A\tB", 1, "0-0 A\tB"}}) {
+TEST(GroReader, ResiduesBeginWhereTheNumberChangesAndCountsDecide) {
+    for (auto const& [text, atoms, residues] :
+         {std::tuple{"\n6\n   -1R\n   -1R\n    3R\n   -1R\n    3R\n    4R\n", 6, "0-1|2-3|4-4|5-5 R|R|R|R"},
+          {"\n3\n99999R\n    0R\n    0R\n", 3, "0-0|1-2 R|R"},
+          {"", 0, " "},
+          {"t\n-4\n", 0, " "},
+          {"t\n      3\n", 0, " "}, // five columns
+          {"t\n123456\n", 12345, "0-12344 "},
+          {"t\n3\n    1ALA     CA    1   0.1", 3, "0-0|1-2 ALA|"},
+          {"t\r\n 1\r\n    1ALA\r\n", 1, "0-0 ALA"},
+          {"t\n1\n    1A\tB", 1, "0-0 A\tB"}}) {
         auto const molecule = readGro(text);
-        ASSERT_TRUE(molecule) << text;
-        EXPECT_EQ(molecule->getNumAtoms(), atoms) << text;
         EXPECT_EQ(molecule->coords.size, atoms) << text;
-        EXPECT_EQ(residues(*molecule), named) << text;
+        MtGroupingLevel const* level = levelOf(molecule->getTopology(), "residues");
+        EXPECT_EQ(groupsOf(level) + " " + valuesOf(level, "type"), residues) << text;
     }
-    EXPECT_EQ(readGro("t\n123456\n")->getNumAtoms(), 12345);
 }
 
-TEST(GroReader, MessagesProgressAndLocale) {
+TEST(GromacsReader, MessagesProgressAndLocale) {
     std::ostringstream messages;
     RecordingProgress progress;
     EXPECT_EQ(GROMACSread(&messages, &progress).readGRO("no.gro"), nullptr);
@@ -86,87 +63,61 @@ TEST(GroReader, MessagesProgressAndLocale) {
     Read const molecule(single.readGROMACS_SINGLEMolecule(file.c_str(), nullptr));
     std::setlocale(LC_ALL, "C");
     EXPECT_EQ(molecule->coords[1].z, 123.456F * 10.0F);
-    EXPECT_EQ(single.fileName, file.c_str());
-    EXPECT_EQ(progress.calls, (std::vector<std::string>{"start ", "stop"}));
+    EXPECT_THAT(progress.calls, ElementsAre("start ", "stop"));
     EXPECT_EQ(Read(single.readGROMACS_SINGLEMolecule(file.c_str(), "no.top")), nullptr);
-    EXPECT_EQ(messages.str(), "Could not load \"no.gro\"\nCould not load \"\"\nCould not load \"no.top\"\n");
+    EXPECT_EQ(GROMACSread(&messages, nullptr).readTOP("no.top", molecule.get()), 0);
+    EXPECT_EQ(molecule->getTopology()->getLevelIx("pairs"), -1);
+    EXPECT_EQ(messages.str(), "Could not load \"no.gro\"\nCould not load \"\"\n"
+                              "Could not load \"no.top\"\nCould not load \"no.top\"\n");
 }
 
 /// What a .top file adds to four atoms.
-struct Added {
-    Read molecule = readGro(groOfResidueNumbers({1, 1, 1, 1}));
-    MolTopology* topology = molecule->getTopology();
-    int result;
-
-    explicit Added(std::string const& top)
-        : result(GROMACSread(nullptr, nullptr).readTOP(writeFile("in.top", top).c_str(), molecule.get())) {}
-
-    /// The atoms of each group, counted from 0, and the values: "0,1|1,2 1|3".
-    std::string groups(int levelIx, char const* attribute) const {
-        return groupsOf(topology->getLevel(levelIx)) + " " + valuesOf(topology, levelIx, attribute);
-    }
-    std::string groups(char const* level) const { return groups(topology->getLevelIx(level), level); }
-    std::string bonds() const { return groups(1, "type"); }
-};
+std::string topologyOf(std::string const& top) {
+    Read const molecule = readGro("\n4\n    1RES\n    1RES\n    1RES\n    1RES\n");
+    EXPECT_EQ(GROMACSread(nullptr, nullptr).readTOP(writeFile("in.top", top).c_str(), molecule.get()), 1);
+    return describe(molecule->getTopology());
+}
 
 TEST(TopReader, SectionsOfAllKinds) {
-    Added const top("; comment\n#include \"x.itp\"\n[ moleculetype ]\nName 3\n\n"
-                    "[ atoms ]\n;   nr       type\n"
-                    "     1         N3      1    ALA      N      1     0.1414      14.01   ; qtot\n"
-                    "     4          H      1    ALA      H      2    -1.5e-1      1.008\n"
-                    "     9          H      1    ALA      H      2        1.0        1.0\n\r\n"
-                    "[ bonds ]\n    1     2     1 0.15 1000\r\n    2     3     5\n\n"
-                    "[ pairs ]\n    1     4     1\n\n"
-                    "[ angles ]\n    1     2     3     4\nx\n"
-                    "[ dihedrals ] again\n    1     2     3     4     9\n\n"
-                    "[ dihedraX\n    4     3     2     1     8\n\n"
-                    "[ system ]\n    1     2     3     4     9\n\n"
-                    "[ angles ]\n    2     3     4     6");
-    EXPECT_EQ(top.result, 1);
-    EXPECT_THAT(describe(top.topology), EndsWith(" charge=0.1414|0|0|-0.15 atom_mass=14.01|0|0|1.008\n"
-                                                 "bonds(0) flags 3: 0,1|1,2 type=1|5\n"
-                                                 "residues(0) flags 19: 0-3 type=RES name=\n"
-                                                 "pairs(0) flags 3: 0,3 pairs=1\n"
-                                                 "angles(0) flags 3: 0,1,2|1,2,3 angles=4|6\n"
-                                                 "dihedrals(0) flags 3: 0,1,2,3|3,2,1,0 dihedrals=9|8"));
+    EXPECT_THAT(topologyOf("; comment\n#include \"x.itp\"\n[ moleculetype ]\nName 3\n\n"
+                           "[ atoms ]\n;   nr       type\n"
+                           "     1         N3      1    ALA      N      1     0.1414      14.01   ; qtot\n"
+                           "     4          H      1    ALA      H      2    -1.5e-1      1.008\n"
+                           "     9          H      1    ALA      H      2        1.0        1.0\n\r\n"
+                           "[ bonds ]\n    1     2     1 0.15 1000\r\n    2     3     5\n\n"
+                           "[ pairs ]\n    1     4     1\n    1     9     7\n    1     2     3\n\n"
+                           "[ angles ]\n    1     2     3     4\nx\n"
+                           "[ dihedrals ] again\n    1     2     3     4     9\n\n"
+                           "[ dihedraX\n    4     3     2     1     8\n\n"
+                           "[ system ]\n    1     2     3     4     9\n\n"
+                           "[ angles ]\n    2     3     4     6"),
+                EndsWith(" charge=0.1414|0|0|-0.15 atom_mass=14.01|0|0|1.008\n"
+                         "bonds(0) flags 3: 0,1|1,2 type=1|5\n"
+                         "residues(0) flags 19: 0-3 type=RES name=\n"
+                         "pairs(0) flags 3: 0,3|0,1 pairs=1|0\n" // values go by the number of the row
+                         "angles(0) flags 3: 0,1,2|1,2,3 angles=4|6\n"
+                         "dihedrals(0) flags 3: 0,1,2,3|3,2,1,0 dihedrals=9|8"));
 }
 
 TEST(TopReader, WhatBeginsAndEndsASection) {
     for (auto const& [text, bonds] : {
-             std::pair{"", " "},
-             {" [ bonds ]\n    1     2     1\n", " "},
-             {"[bonds]\n    1     2     1\n", " "},
-             {"[ bonds ]\n;    1     2     1\n    1     3     1\n", "0,2 1"},
-             {"[ bonds ]\n    1     2     1\nab\n    1     3     1\n", "0,1 1"},
-             {"[ molecules ]\n[ bonds ]\n    1     2     1\n", " "},
-             {"[ pairs ]\n\n[ bonds ]\n    1     2     1", "0,1 1"},
+             std::pair{"", "35:  type="},
+             {" [ bonds ]\n    1     2     1\n", "35:  type="},
+             {"[bonds]\n    1     2     1\n", "35:  type="},
+             {"[ bonds ]\n;    1     2     1\n    1     3     1\n", "3: 0,2 type=1"},
+             {"[ bonds ]\n    1     2     1\nab\n    1     3     1\n", "3: 0,1 type=1"},
+             {"[ molecules ]\n[ bonds ]\n    1     2     1\n", "35:  type="},
+             {"[ pairs ]\n\n[ bonds ]\n    1     2     1", "3: 0,1 type=1"},
              // A comment behind a blank and the header of another section are rows; both name no atoms.
-             {"[ bonds ]\n ;   1     2     1\n[ pairs ]\n    1     4     2\n", "0,3 2"},
+             {"[ bonds ]\n ;   1     2     1\n[ pairs ]\n    1     4     2\n", "3: 0,3 type=2"},
+             {"[ bonds ]\n    1     5     7\n    0     1     7\n12345678901234567\n    1     2     3\nabc\n\n"
+              "[ atoms ]\n-99999\n  x\n\n",
+              "3: 0,1 type=3"},
          }) {
-        EXPECT_EQ(Added(text).bonds(), bonds) << text;
+        EXPECT_THAT(topologyOf(text), HasSubstr(std::string("\nbonds(0) flags ") + bonds + "\nresidues")) << text;
     }
-    EXPECT_THROW(Added("[ bonds ]\n" + std::string(1001, 'x') + "\n"), Parse_Error);
-    EXPECT_EQ(Added("[ bonds ]\n" + std::string(1000, ' ') + "\n").bonds(), " ");
-}
-
-TEST(TopReader, RowsThatNameNoAtoms) {
-    Added const top("[ bonds ]\n    1     5     7\n    0     1     7\n12345678901234567\n    1     2     3\nabc\n\n"
-                    "[ pairs ]\n    1     9     7\n    1     2     3\n\n[ atoms ]\n-99999\n  x\n\n");
-    EXPECT_EQ(top.result, 1);
-    EXPECT_EQ(top.bonds(), "0,1 3");
-    EXPECT_EQ(top.groups("pairs"), "0,1 0"); // values go by the number of the row
-    EXPECT_EQ(top.groups("angles"), " ");
-    EXPECT_TRUE(levelOf(top.topology, "angles")->hasFlag(MtGroupingLevel::flagBit5));
-}
-
-TEST(TopReader, MissingFileChangesNothing) {
-    std::ostringstream messages;
-    auto const molecule = readGro(small);
-    EXPECT_EQ(GROMACSread(&messages, nullptr).readTOP("no.top", molecule.get()), 0);
-    EXPECT_EQ(molecule->getTopology()->getLevelIx("pairs"), -1);
-    std::string const gro = writeFile("a.gro", small);
-    EXPECT_EQ(GROMACSread(&messages, nullptr).readGROMACSMolecule(gro.c_str(), "no.top"), nullptr);
-    EXPECT_EQ(messages.str(), "Could not load \"no.top\"\nCould not load \"no.top\"\n");
+    EXPECT_THAT(topologyOf("[ bonds ]\n" + std::string(1000, ' ') + "\n"), HasSubstr("\nbonds(0) flags 3:  type=\n"));
+    EXPECT_THROW(topologyOf("[ bonds ]\n" + std::string(1001, 'x') + "\n"), Parse_Error);
 }
 
 } // namespace

@@ -9,19 +9,15 @@
 namespace tarnex::test {
 
 /// Bytes in big-endian order, put together by hand.
-class BigBytes {
-public:
+struct BigBytes {
     template <class Number>
-    BigBytes& put(Number number) {
+    BigBytes& put(Number number, int count = 1) {
         using Word = std::conditional_t<sizeof(Number) == 4, std::uint32_t, std::uint64_t>;
         auto const word = std::bit_cast<Word>(number);
-        for (int shift = 8 * sizeof(Word) - 8; shift >= 0; shift -= 8)
-            bytes += static_cast<char>(word >> shift & 0xffU);
-        return *this;
-    }
-    template <class Number>
-    BigBytes& repeat(Number number, int count) {
-        for (int i = 0; i < count; ++i) put(number);
+        for (; count > 0; --count) {
+            for (int shift = 8 * sizeof(Word) - 8; shift >= 0; shift -= 8)
+                bytes += static_cast<char>(word >> shift & 0xffU);
+        }
         return *this;
     }
     BigBytes& raw(std::string const& text) {
@@ -37,23 +33,19 @@ template <class Real>
 struct Frame {
     int numAtoms = 2;
     Real position = 1;
-    bool hasBox = true, hasVirial = false, hasPressure = false, hasPositions = true, hasVelocities = false,
-         hasForces = false;
+    int hasBox = 1, hasVirial = 0, hasPressure = 0, hasPositions = 1, hasVelocities = 0, hasForces = 0;
     int strLen = 13;
     std::string version = std::string("\0\0\0\x0c", 4) + "GMX_trn_file";
     int claimedAtoms = numAtoms;
 
     std::string bytes() const {
         BigBytes all;
-        all.put(1993).put(strLen).raw(version).put(0).put(0);
-        all.put(hasBox ? 1 : 0).put(hasVirial ? 1 : 0).put(hasPressure ? 1 : 0).put(0).put(0);
-        all.put(hasPositions ? 1 : 0).put(hasVelocities ? 1 : 0).put(hasForces ? 1 : 0);
+        all.put(1993).put(strLen).raw(version).put(0, 2).put(hasBox).put(hasVirial).put(hasPressure).put(0, 2);
+        all.put(hasPositions).put(hasVelocities).put(hasForces);
         all.put(claimedAtoms).put(7).put(0).put(Real(2.5)).put(Real(0.5));
-        all.repeat(Real(5), hasBox ? 9 : 0).repeat(Real(8), hasVirial ? 27 : 0).repeat(Real(9), hasPressure ? 27 : 0);
-        for (int i = 0; hasPositions && i < 3 * numAtoms; ++i)
-            all.put(static_cast<Real>(position + static_cast<Real>(i)));
-        all.repeat(Real(-1), hasVelocities ? 3 * numAtoms : 0).repeat(Real(-2), hasForces ? 3 * numAtoms : 0);
-        return all.bytes;
+        all.put(Real(5), 9 * hasBox).put(Real(8), 27 * hasVirial).put(Real(9), 27 * hasPressure);
+        for (int i = 0; i < 3 * numAtoms * hasPositions; ++i) all.put(static_cast<Real>(position + Real(i)));
+        return all.put(Real(-1), 3 * numAtoms * hasVelocities).put(Real(-2), 3 * numAtoms * hasForces).bytes;
     }
 };
 

@@ -44,18 +44,11 @@ struct AmberText {
     }
 
     std::string text() const {
-        auto const natom = static_cast<int>(symbols.size());
-        auto const nres = static_cast<int>(pointers.size());
+        auto const natom = static_cast<int>(symbols.size()), nres = static_cast<int>(pointers.size());
         auto const bonds = [](std::vector<int> const& triples) { return static_cast<int>(triples.size()) / 3; };
-        std::vector<int> counters(30, 7); // those that count nothing
-        counters[0] = natom;
-        counters[1] = ntypes;
-        counters[2] = bonds(bondsWithHydrogen);
-        for (unsigned const i : {4U, 6U, 10U, 13U, 14U, 15U, 16U, 17U, 18U}) counters[i] = passed;
-        counters[11] = nres;
-        counters[12] = bonds(bondsWithout);
-        counters[19] = nphb;
-        std::string all = "title\n" + integers(counters);
+        int const p = passed, nbonh = bonds(bondsWithHydrogen), nbona = bonds(bondsWithout);
+        std::string all = "title\n" + integers({natom, ntypes, nbonh, 7, p,    7, p, 7, 7, 7, p, nres, nbona, p, p,
+                                                p,     p,      p,     p, nphb, 7, 7, 7, 7, 7, 7, 7,    7,     7, 7});
         all += block(natom, 20, [](int i) { return formatted("A%-3.0f", i + 1); });
         all += block(natom, 5, [](int i) { return formatted("%16.8E", 18.2223 * (i + 1)); });
         all += block(natom, 5, [](int i) { return formatted("%16.8E", i + 1.5); });
@@ -63,7 +56,7 @@ struct AmberText {
         all += block(nres, 20, [](int i) { return formatted("R%-3.0f", i + 1); });
         all += integers(pointers) + behindPointers;
         for (int i = 0; i < 8; ++i) all += letters(passed, 5);
-        all += letters(ntypes * (ntypes + 1) / 2, 5) + letters(ntypes * (ntypes + 1) / 2, 5);
+        for (int i = 0; i < 2; ++i) all += letters(ntypes * (ntypes + 1) / 2, 5);
         all += integers(bondsWithHydrogen) + integers(bondsWithout);
         for (int const perTerm : {4, 4, 5, 5, 1}) all += letters(perTerm * passed, 12);
         for (int i = 0; i < 3; ++i) all += nphb > 0 ? letters(nphb, 5) : "\n";

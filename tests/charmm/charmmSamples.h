@@ -4,7 +4,6 @@
 #include "support/model.h"
 #include "support/testing.h"
 
-#include <algorithm>
 #include <bit>
 #include <cstdint>
 
@@ -31,14 +30,14 @@ struct PsfText {
 
     /// A file of atoms alone.
     static PsfText ofAtoms(int count) {
-        PsfText text;
-        text.atoms = "\n " + std::to_string(count) + " !NATOM\n";
+        PsfText text{.title = "PSF 0 !NTITLE\n",
+                     .atoms = std::to_string(count) + " !NATOM\n",
+                     .bonds = "0 !NBOND: bonds\n",
+                     .angles = "0 !NTHETA: angles\n",
+                     .dihedrals = "0 !NPHI: dihedrals\n",
+                     .impropers = "0 !NIMPHI: impropers\n",
+                     .donors = "0 !NDON: donors\n"};
         for (int i = 1; i <= count; ++i) text.atoms += std::to_string(i) + " S 1 R C C 0 12 0\n";
-        text.bonds = "\n 0 !NBOND: bonds\n";
-        text.angles = "\n 0 !NTHETA: angles\n";
-        text.dihedrals = "\n 0 !NPHI: dihedrals\n";
-        text.impropers = "\n 0 !NIMPHI: impropers\n";
-        text.donors = "\n 0 !NDON: donors\n";
         return text;
     }
 };
@@ -67,7 +66,7 @@ struct DcdBytes {
         control[12] = fourthDimension;
         addRecord(control);
         bytes.replace(4, 4, "CORD");
-        std::vector<std::int32_t> title(1 + 20 * static_cast<std::size_t>(std::max(numTitleLines, 0)));
+        std::vector<std::int32_t> title(1 + 20 * static_cast<std::size_t>(numTitleLines));
         title[0] = numTitleLines;
         addRecord(title);
         addRecord({numAtoms});
@@ -80,9 +79,8 @@ struct DcdBytes {
             if (unitCell == 1) addRecord(std::vector<std::int32_t>(12, 7));
             for (int axis = 0; axis < 3; ++axis) {
                 std::vector<std::int32_t> row;
-                for (int atom = 0; atom < numAtoms; ++atom) {
-                    row.push_back(std::bit_cast<std::int32_t>(coordinate(frame, atom, axis)));
-                }
+                for (int i = 0; i < numAtoms; ++i)
+                    row.push_back(std::bit_cast<std::int32_t>(coordinate(frame, i, axis)));
                 addRecord(row);
             }
             if (fourthDimension == 1) addRecord(std::vector<std::int32_t>(static_cast<std::size_t>(numAtoms), 9));
@@ -133,10 +131,8 @@ struct OpenedTrajectory {
             EXPECT_EQ(molecule.coords[0], McVec3f(-1, -1, -1));
             return static_cast<char const*>(exception.message);
         }
-        for (int atom = 0; atom < molecule.coords.size; ++atom) {
-            for (int axis = 0; axis < 3; ++axis) {
-                if (molecule.coords[atom][axis] != DcdBytes::coordinate(step, atom, axis)) return "other coordinates";
-            }
+        for (int i = 0; i < 3 * molecule.coords.size; ++i) {
+            if (molecule.coords[i / 3][i % 3] != DcdBytes::coordinate(step, i / 3, i % 3)) return "other coordinates";
         }
         return "right";
     }

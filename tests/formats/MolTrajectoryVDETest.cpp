@@ -12,10 +12,7 @@ namespace {
 
 using namespace tarnex::test;
 
-std::string bondsOf(Molecule& molecule) {
-    return groupsOf(molecule.getTopology()->levels[1]);
-}
-
+/// An empty text stands for a file that is absent.
 McHandle<MolTrajectoryVDE> opened(std::vector<std::string> const& texts) {
     std::vector<std::string> files;
     for (std::string const& text : texts) {
@@ -45,23 +42,16 @@ TEST(MolTrajectoryVDE, EachStepHasBondsOfItsOwn) {
         opened({threeAtoms + "2 bonds\n0 0 0 1 0 0\n0.6 9 0 4 0 0\n", "", threeAtoms + "1\n3 0 0 -7 0 0\n",
                 "2\n1 1 1 1 1 1 9\n2 2 2 0 1 0 9\n1\n0 0 0 1 0 0\n", threeAtoms + "0\n"});
     EXPECT_EQ(vde->getNumTimeSteps(), 5);
-    EXPECT_EQ(vde->getTopology()->levels[1]->groups.size, 0);
-    struct {
-        int step;
-        char const* bonds;
-        char const* types;
-    } const cases[] = {{4, "", "none"}, {0, "0,1|1,2", "1|1"}, {1, "", "none"},
-                       {3, "1,0", "1"}, {2, "1,0", "1"},       {7, "", "none"}};
-    McHandle<MolTopology> previous;
     Molecule molecule(new MolTopology, true);
-    for (auto const& c : cases) {
-        EXPECT_TRUE(vde->getTimeStep(c.step, &molecule));
-        EXPECT_EQ(bondsOf(molecule), c.bonds) << c.step;
-        EXPECT_EQ(molecule.coords[2], McVec3f(5.0F, 0.0F, 0.0F)) << c.step;
-        EXPECT_NE(molecule.getTopology(), static_cast<MolTopology*>(previous));
-        previous = molecule.getTopology();
-        EXPECT_EQ(valuesOf(previous, 1, "type"), c.types) << c.step;
-        EXPECT_TRUE(previous->levels[1]->hasFlag(MtGroupingLevel::flagBit0));
+    for (auto const& [step, bonds] : {std::pair{4, "flags 3: "},
+                                      {0, "flags 3: 0,1|1,2 type=1|1"},
+                                      {1, "flags 35: "},
+                                      {3, "flags 3: 1,0 type=1"},
+                                      {2, "flags 3: 1,0 type=1"},
+                                      {7, "flags 35: "}}) {
+        EXPECT_TRUE(vde->getTimeStep(step, &molecule));
+        EXPECT_THAT(describe(molecule.getTopology()), EndsWith(std::string("\nbonds(0) ") + bonds)) << step;
+        EXPECT_EQ(molecule.coords[2], McVec3f(5.0F, 0.0F, 0.0F)) << step;
     }
     EXPECT_FALSE(vde->getTimeStep(0, nullptr));
 }
@@ -82,7 +72,6 @@ TEST(MolTrajectoryVDE, BadFilesGiveWhatCanBeRead) {
         {threeAtoms + "2\nnan 0 0 1 0 0\n", 3, 1},
         {threeAtoms + "1\n1e30 0 0 1 0 0\n", 3, 0},                                  // no distance in single precision
         {threeAtoms + "1" + std::string(298, ' ') + "\n0 0 0\n1 0 0 5 0 0\n", 3, 1}, // a line of 300 takes the next one
-        {threeAtoms + "1" + std::string(2000, ' ') + "\n0 0 0 1 0 0\n", 3, 1},
     };
     for (auto const& c : cases) {
         McHandle<MolTrajectoryVDE> const vde = opened({c.text});
@@ -91,11 +80,11 @@ TEST(MolTrajectoryVDE, BadFilesGiveWhatCanBeRead) {
         EXPECT_EQ(molecule.getNumAtoms(), c.atoms) << c.text;
         EXPECT_EQ(molecule.getTopology()->levels[1]->groups.size, c.bonds) << c.text;
     }
-    EXPECT_EQ(opened({})->getNumTimeSteps(), 0);
 }
 
 TEST(MolTrajectoryVDE, PartsAreReadFromAnyStream) {
-    std::istringstream in(threeAtoms + "1 x\n0 0 0 1 0 0\n" + threeAtoms + "1\n5 0 0 0 0 0 rest");
+    std::istringstream in(threeAtoms + "1" + std::string(299, 'x') + "\n\n0 0 0 1 0 0\n" + threeAtoms +
+                          "1\n5 0 0 0 0 0 rest");
     MolTrajectoryVDE vde(nullptr, nullptr);
     vde.readBaseTopo(in);
     EXPECT_TRUE(std::unique_ptr<std::ifstream>(vde.openStep(0))->fail());
@@ -104,7 +93,7 @@ TEST(MolTrajectoryVDE, PartsAreReadFromAnyStream) {
     vde.readBonds(in, &molecule);               // all atoms lie at the origin
     vde.readAtomPositions(in, &molecule);
     vde.readBonds(in, &molecule);
-    EXPECT_EQ(bondsOf(molecule), "0,0|2,0");
+    EXPECT_EQ(groupsOf(molecule.getTopology()->levels[1]), "0,0|2,0");
     std::string rest;
     EXPECT_TRUE(in >> rest && rest == "rest");
 }
@@ -114,14 +103,11 @@ int nearestByWalk(McDArray<McVec3f> const& atoms, McVec3f const& end) {
     float best = std::numeric_limits<float>::max();
     int nearest = -1;
     for (int i = 0; i < atoms.size; ++i) {
-        float const x = end.x - atoms[i].x;
-        float const y = end.y - atoms[i].y;
-        float const z = end.z - atoms[i].z;
+        float const x = end.x - atoms[i].x, y = end.y - atoms[i].y, z = end.z - atoms[i].z;
         float const distance = std::sqrt(x * x + y * y + z * z);
-        if (distance < best) {
-            best = distance;
-            nearest = i;
-        }
+        if (!(distance < best)) continue;
+        best = distance;
+        nearest = i;
     }
     return nearest;
 }
@@ -132,18 +118,11 @@ TEST(NearestAtom, IsThatOfAWalkOverAll) {
                          -1.3e19F, 3e38F, -3e38F, INFINITY, -INFINITY, NAN,    5.0F,  0.1F};
     auto const coordinate = [&](int kind) -> float {
         auto const number = static_cast<float>(random() % 1000);
-        switch (kind) {
-        case 0: // a grid full of ties
-            return std::floor(number / 125.0F);
-        case 1:
-            return odd[random() % std::size(odd)];
-        case 2: // a cloud and what lies far from it
-            return random() % 50 == 0 ? number * 1e6F : number * 0.01F;
-        default: // distances that differ only before the square root is rounded
-            return 1000.0F + number * 0.0001F;
-        }
+        if (kind == 0) return std::floor(number / 125.0F); // a grid full of ties
+        if (kind == 1) return odd[random() % std::size(odd)];
+        // A cloud and what lies far from it, or distances that differ only before the square root is rounded.
+        return kind == 2 ? number * (random() % 50 == 0 ? 1e6F : 0.01F) : 1000.0F + number * 0.0001F;
     };
-    int found = 0;
     for (int round = 0; round < 400; ++round) {
         int const kind = round % 4;
         McDArray<McVec3f> atoms;
@@ -152,12 +131,9 @@ TEST(NearestAtom, IsThatOfAWalkOverAll) {
         for (int i = 0; i < 50; ++i) {
             int const endKind = i % 8 == 0 ? 1 : kind;
             McVec3f const end(coordinate(endKind), coordinate(endKind), coordinate(endKind));
-            int const expected = nearestByWalk(atoms, end);
-            ASSERT_EQ(nearest.find(end), expected) << "round " << round;
-            if (expected >= 0) ++found;
+            ASSERT_EQ(nearest.find(end), nearestByWalk(atoms, end)) << "round " << round;
         }
     }
-    EXPECT_GT(found, 10000);
 }
 
 } // namespace

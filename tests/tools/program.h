@@ -4,6 +4,7 @@
 
 #include <csignal>
 #include <fcntl.h>
+#include <iterator>
 #include <nlohmann/json.hpp>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -11,15 +12,32 @@
 
 namespace tarnex::test {
 
-using ToolTest = CleanTest;
+/// A test that begins with a scratch folder of one file, that of three molecules.
+class ToolTest : public CleanTest {
+protected:
+    void SetUp() override {
+        CleanTest::SetUp();
+        std::filesystem::copy_file(TARNEX_EXAMPLES "/ligands.sdf", scratchPath("ligands.sdf"));
+    }
+};
+
+/// What is in a file of the scratch folder.
+inline std::string content(std::string const& name) {
+    return readFile(scratchPath(name));
+}
+
+inline bool exists(std::string const& name) {
+    return std::filesystem::exists(scratchPath(name));
+}
 
 /// A run of the command line program in the scratch folder of the test.
 class Program {
 public:
-    /// Starts it. Standard error goes to the descriptor `errorTo` if one is given. No file that it writes can be larger
-    /// than `fileLimit` bytes, if that is not 0: writing fails then as on a full disk.
-    explicit Program(std::vector<std::string> arguments, int errorTo = -1, rlim_t fileLimit = 0)
-        : outPath(scratchPath("program.out")), errPath(scratchPath("program.err")) {
+    /// Starts it with the words of a line. Standard error goes to the descriptor `errorTo` if one is given. No file
+    /// that it writes can be larger than `fileLimit` bytes, if that is not 0: writing fails then as on a full disk.
+    explicit Program(std::string const& line, int errorTo = -1, rlim_t fileLimit = 0) {
+        std::istringstream words(line);
+        std::vector<std::string> arguments(std::istream_iterator<std::string>(words), {});
         arguments.insert(arguments.begin(), TARNEX_PROGRAM);
         std::vector<char*> pointers;
         for (std::string& argument : arguments) pointers.push_back(argument.data());
@@ -28,8 +46,9 @@ public:
         process = fork();
         if (process != 0) return;
         if (chdir(folder.c_str()) != 0) _exit(126);
-        dup2(open(outPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0666), STDOUT_FILENO);
-        dup2(errorTo >= 0 ? errorTo : open(errPath.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0666), STDERR_FILENO);
+        int const flags = O_WRONLY | O_CREAT | O_TRUNC;
+        dup2(open("program.out", flags, 0666), STDOUT_FILENO);
+        dup2(errorTo >= 0 ? errorTo : open("program.err", flags, 0666), STDERR_FILENO);
         if (fileLimit != 0) {
             rlimit const limit = {fileLimit, fileLimit};
             setrlimit(RLIMIT_FSIZE, &limit);
@@ -47,51 +66,27 @@ public:
         process = -1;
         return WIFEXITED(waitStatus) ? WEXITSTATUS(waitStatus) : -1;
     }
-    std::string out() {
-        status();
-        return readFile(outPath);
-    }
-    std::string err() {
-        status();
-        return readFile(errPath);
-    }
 
 private:
-    std::string outPath;
-    std::string errPath;
     pid_t process;
     int waitStatus = 0;
 };
 
-/// The sample file of three molecules.
-inline std::string const ligands = TARNEX_EXAMPLES "/ligands.sdf";
+/// Runs the program, which has to end with this status, and returns its notes, warnings and errors.
+inline std::string notesOf(std::string const& line, int status = 0, rlim_t fileLimit = 0) {
+    EXPECT_EQ(Program(line, -1, fileLimit).status(), status) << line;
+    return content("program.err");
+}
 
 /// Runs the program, which has to succeed without a word, and returns what it wrote to standard output.
-inline std::string runSilently(std::vector<std::string> const& arguments) {
-    Program program(arguments);
-    EXPECT_EQ(program.status(), 0);
-    EXPECT_EQ(program.err(), "");
-    return program.out();
-}
-
-/// Runs the program, which has to fail, and returns what it says.
-inline std::string failureOf(std::vector<std::string> const& arguments, rlim_t fileLimit = 0) {
-    Program program(arguments, -1, fileLimit);
-    EXPECT_EQ(program.status(), 1);
-    return program.err();
-}
-
-/// Runs the program, which has to succeed, and returns its notes and warnings.
-inline std::string notesOf(std::vector<std::string> const& arguments) {
-    Program program(arguments);
-    EXPECT_EQ(program.status(), 0);
-    return program.err();
+inline std::string runSilently(std::string const& line) {
+    EXPECT_EQ(notesOf(line), "") << line;
+    return content("program.out");
 }
 
 /// What the report in JSON tells of the molecules in an input of these files.
-inline nlohmann::json moleculesIn(std::vector<std::string> files) {
-    files.insert(files.begin(), {"info", "--json"});
-    return nlohmann::json::parse(runSilently(files))[0]["molecules"];
+inline nlohmann::json moleculesIn(std::string const& files) {
+    return nlohmann::json::parse(runSilently("info --json " + files))[0]["molecules"];
 }
 
 } // namespace tarnex::test

@@ -82,7 +82,7 @@ TEST(TopReader, SectionsOfAllKinds) {
     EXPECT_THAT(topologyOf("; comment\n#include \"x.itp\"\n[ moleculetype ]\nName 3\n\n"
                            "[ atoms ]\n;   nr       type\n"
                            "     1         N3      1    ALA      N      1     0.1414      14.01   ; qtot\n"
-                           "     4          H      1    ALA      H      2    -1.5e-1      1.008\n"
+                           "     4          H      1    ALA      H      2-0.12345678123.4567890\n"
                            "     9          H      1    ALA      H      2        1.0        1.0\n\r\n"
                            "[ bonds ]\n    1     2     1 0.15 1000\r\n    2     3     5\n\n"
                            "[ pairs ]\n    1     4     1\n    1     9     7\n    1     2     3\n\n"
@@ -91,7 +91,7 @@ TEST(TopReader, SectionsOfAllKinds) {
                            "[ dihedraX\n    4     3     2     1     8\n\n"
                            "[ system ]\n    1     2     3     4     9\n\n"
                            "[ angles ]\n    2     3     4     6"),
-                EndsWith(" charge=0.1414|0|0|-0.15 atom_mass=14.01|0|0|1.008\n"
+                EndsWith(" charge=0.1414|0|0|-0.1234568 atom_mass=14.01|0|0|123.4568\n"
                          "bonds(0) flags 3: 0,1|1,2 type=1|5\n"
                          "residues(0) flags 19: 0-3 type=RES name=\n"
                          "pairs(0) flags 3: 0,3|0,1 pairs=1|0\n" // values go by the number of the row
@@ -110,7 +110,7 @@ TEST(TopReader, WhatBeginsAndEndsASection) {
              {"[ pairs ]\n\n[ bonds ]\n    1     2     1", "3: 0,1 type=1"},
              // A comment behind a blank and the header of another section are rows; both name no atoms.
              {"[ bonds ]\n ;   1     2     1\n[ pairs ]\n    1     4     2\n", "3: 0,3 type=2"},
-             {"[ bonds ]\n    1     5     7\n    0     1     7\n12345678901234567\n    1     2     3\nabc\n\n"
+             {"[ bonds ]\n    1     5     7\n    0     1     7\n12345678901234567\nabc\n    1     2     3\n\n"
               "[ atoms ]\n-99999\n  x\n\n",
               "3: 0,1 type=3"},
          }) {

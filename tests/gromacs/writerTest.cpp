@@ -175,10 +175,12 @@ TEST_F(GromacsWriter, WhatCannotBeWrittenLeavesNothing) {
         EXPECT_EQ(filesLeft().size(), 2U) << extension;
         EXPECT_EQ(written(older), "older");
     }
-    std::filesystem::remove_all(scratchPath(""));
-    std::filesystem::create_symlink("/dev/full", scratchPath("x.trr"));
-    EXPECT_EQ(writeSingle(&trajectory, "x"), -1);
-    EXPECT_THAT(filesLeft(), ElementsAre("x.trr"));
+    for (std::string const full : {"x.gro", "x.top", "x.trr"}) {
+        std::filesystem::remove_all(scratchPath(""));
+        std::filesystem::create_symlink("/dev/full", scratchPath(full));
+        EXPECT_EQ(writeSingle(&trajectory, "x"), -1);
+        EXPECT_THAT(filesLeft(), ElementsAre(full));
+    }
 }
 
 } // namespace

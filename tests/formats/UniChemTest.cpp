@@ -78,11 +78,9 @@ TEST(UniChemReader, MalformedFiles) {
 }
 
 TEST(UniChem, ProgressAndInterruption) {
-    std::string sixty = "STRUCTURE 60 x\n\nGEOMETRY\nCOORDINATES 1\n";
-    for (int i = 0; i < 60; ++i) sixty += "8 0 0 0 0\n";
-    sixty += "BONDS\nMOLECULE 60 x\n";
-    for (int i = 0; i < 60; ++i) sixty += "1 2 1\n";
-    sixty += "END\n";
+    auto const lines = [](char const* line) { return joined(60, "", [line](int) { return line; }); };
+    std::string const sixty = "STRUCTURE 60 x\n\nGEOMETRY\nCOORDINATES 1\n" + lines("8 0 0 0 0\n") +
+                              "BONDS\nMOLECULE 60 x\n" + lines("1 2 1\n") + "END\n";
     RecordingProgress reading, writing;
     auto const molecule = read(sixty, nullptr, &reading);
     EXPECT_THAT(reading.calls,

@@ -145,8 +145,8 @@ TEST(TriposReader, MalformedFilesAndCountsThatLie) {
         EXPECT_EQ(behindGood.isWhole, test.reason == noMolecule);
     }
     auto const sizes = [](std::string const& text) {
-        MolTopology const* topology = firstOf(readAll(text));
-        return std::pair(topology->levels[0]->groups.size, topology->levels[1]->groups.size);
+        Result const read = readAll(text);
+        return std::pair(firstOf(read)->levels[0]->groups.size, firstOf(read)->levels[1]->groups.size);
     };
     EXPECT_EQ(sizes(molecule("200000 0 0", "SMALL\nX", atoms)), std::pair(200000L, 0L));
     EXPECT_EQ(sizes(molecule("1 2000000000 2000000000", "SMALL\nX", atoms + "@<TRIPOS>BOND\n1 1 1 2")),

@@ -19,6 +19,7 @@ std::unique_ptr<Molecule> read(std::string const& text, std::ostream* messages =
 TEST(UniChemReader, FillsTheModel) {
     auto const molecule =
         read("VERSION UNICHEM^TYPE 1\nSTRUCTURE 3 x y\n\nGEOMETRY\n" + atoms + bonds + bonds + "\nEND\n");
+    ASSERT_TRUE(molecule);
     EXPECT_EQ(molecule->refCount, 0);
     // 200 is no element, blocks add up, and a bond without a type has 1.
     EXPECT_EQ(describe(molecule->getTopology()), ";\natoms(-1) flags 35: 3 atomic_number=8|1|0 radius=1.52|1.2|2\n"

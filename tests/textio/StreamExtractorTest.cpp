@@ -41,62 +41,46 @@ struct Twins {
     Twins(std::string const& text, std::size_t blockSize)
         : stream(text), sameStream(text), extractor(sameStream, blockSize) {}
 
-    template <class Number, class Bits>
+    template <class Number>
     void takeNumber() {
         Number expected = 77;
         Number value = 77;
         stream >> expected;
         extractor >> value;
-        ASSERT_EQ(std::bit_cast<Bits>(value), std::bit_cast<Bits>(expected)) << value << " for " << expected;
+        ASSERT_EQ(std::bit_cast<unsigned>(value), std::bit_cast<unsigned>(expected)) << value << " for " << expected;
     }
 
-    void takeWord() {
-        std::string expected;
+    std::string onStream(std::size_t kind, std::size_t count) {
+        std::string word;
+        char line[40] = "";
+        if (kind == 0) stream >> word;
+        if (kind == 1) stream.getline(line, static_cast<std::streamsize>(count));
+        if (kind == 2) stream.clear();
+        while (kind == 3 && stream.good() && std::isspace(stream.peek())) stream.get();
+        if (kind > 3) stream.ignore(static_cast<std::streamsize>(kind == 4 ? count : 300), '\n');
+        if (kind == 4) return std::to_string(stream.gcount());
+        while (kind == 5 && stream.gcount() == 300) stream.ignore(300, '\n');
+        return word + line;
+    }
+
+    std::string onExtractor(std::size_t kind, std::size_t count) {
         std::string_view word;
-        stream >> expected;
-        extractor >> word;
-        ASSERT_EQ(word, expected);
-    }
-
-    void takeLine(std::size_t size) {
-        char expected[40] = "untouched";
-        char line[40] = "untouched";
-        stream.getline(expected, static_cast<std::streamsize>(size));
-        extractor.getLine(line, size);
-        ASSERT_STREQ(line, expected);
-    }
-
-    void skipWhiteSpace() {
-        while (stream.good() && std::isspace(stream.peek())) stream.get();
-        extractor.skipWhiteSpace();
-    }
-
-    void ignore(std::size_t count) {
-        stream.ignore(static_cast<std::streamsize>(count), '\n');
-        ASSERT_EQ(extractor.ignore(count, '\n'), stream.gcount());
-    }
-
-    void ignoreLineInPieces() {
-        do {
-            stream.ignore(300, '\n');
-        } while (stream.gcount() == 300);
-        extractor.ignoreLineInPieces(300);
-    }
-
-    void clear() {
-        stream.clear();
-        extractor.clear();
+        char line[40] = "";
+        if (kind == 0) extractor >> word;
+        if (kind == 1) extractor.getLine(line, count);
+        if (kind == 2) extractor.clear();
+        if (kind == 3) extractor.skipWhiteSpace();
+        if (kind == 4) return std::to_string(extractor.ignore(count, '\n'));
+        if (kind == 5) extractor.ignoreLineInPieces(300);
+        return std::string(word) + line;
     }
 
     void doSomething(Random& random) {
         std::size_t const kind = pick(random, 12);
-        if (kind == 0) return takeWord();
-        if (kind == 1) return takeLine(pick(random, 40));
-        if (kind == 2) return skipWhiteSpace();
-        if (kind == 3) return ignore(pick(random, 20));
-        if (kind == 4) return ignoreLineInPieces();
-        if (kind == 5) return clear();
-        return kind < 9 ? takeNumber<int, unsigned>() : takeNumber<float, unsigned>();
+        std::size_t const count = pick(random, 40);
+        if (kind > 5) return kind < 9 ? takeNumber<int>() : takeNumber<float>();
+        std::string const expected = onStream(kind, count);
+        ASSERT_EQ(onExtractor(kind, count), expected);
     }
 
     void compareState() {
@@ -119,6 +103,8 @@ TEST(StreamExtractor, DoesWhatAStandardStreamDoes) {
         twins.extractor.giveBack();
         EXPECT_EQ(twins.sameStream.rdstate(), twins.stream.rdstate());
         EXPECT_EQ(twins.sameStream.rdbuf()->sgetc(), twins.stream.rdbuf()->sgetc());
+        int value = 0; // the next extractor goes on in this state
+        EXPECT_EQ(!(tarnex::StreamExtractor(twins.sameStream) >> value), !(twins.stream >> value));
     }
 }
 
@@ -126,33 +112,15 @@ TEST(StreamExtractor, ReadsNumbersOfEveryLengthBitForBit) {
     Random random(7);
     std::string content;
     for (int i = 0; i < 200000; ++i) {
-        if (pick(random, 3) == 0) content += "-";
-        std::size_t const length = 1 + pick(random, 12);
-        std::size_t const point = pick(random, length + 3);
-        for (std::size_t k = 0; k < length; ++k) {
-            if (k == point) content += '.';
-            content += static_cast<char>('0' + pick(random, 10));
-        }
-        if (pick(random, 10) == 0) content += "e-" + std::to_string(pick(random, 44));
-        content += ' ';
+        std::string number = std::to_string(random() >> pick(random, 32)) + (i % 7 == 0 ? "00" : "");
+        std::size_t const point = pick(random, number.size() + 3);
+        if (point <= number.size()) number.insert(point, 1, '.');
+        if (pick(random, 10) == 0) number += "e-" + std::to_string(pick(random, 44));
+        content += (pick(random, 3) == 0 ? " -" : " ") + number;
     }
     Twins twins(content, 4096);
-    while (twins.stream.good()) ASSERT_NO_FATAL_FAILURE((twins.takeNumber<float, unsigned>()));
+    while (twins.stream.good()) ASSERT_NO_FATAL_FAILURE(twins.takeNumber<float>());
     ASSERT_NO_FATAL_FAILURE(twins.compareState());
-}
-
-TEST(StreamExtractor, BeginsWithTheStateOfItsStream) {
-    std::istringstream stream("1 2");
-    int value = 0;
-    stream >> value;
-    tarnex::StreamExtractor second(stream);
-    EXPECT_TRUE(second >> value);
-    EXPECT_EQ(value, 2);
-
-    stream.setstate(std::ios::failbit);
-    tarnex::StreamExtractor failed(stream);
-    EXPECT_FALSE(failed >> value);
-    EXPECT_EQ(failed.taken(), 0);
 }
 
 } // namespace

@@ -2,92 +2,70 @@
 
 #include "textio/Parse_Error.h"
 
-#include <cstdio>
 #include <map>
 #include <string>
 
-/// The scanners' behaviour spelled out by `getc` and `ungetc`, one character at a time: what the fast ones must equal.
+/// The scanners' behaviour spelled out one character at a time: what the fast ones must equal.
 struct SlowScanner {
-    FILE* file;
-    std::string buffer;
+    std::string text;
+    std::string buffer = {};
+    std::size_t at = 0;
     int lineNumber = 1;
-    std::map<long, int> positions;
+    std::map<long, int> positions = {};
     bool eof = false;
 
-    explicit SlowScanner(char const* filename) : file(std::fopen(filename, "rb")) {}
-    SlowScanner(SlowScanner const&) = delete;
-    SlowScanner& operator=(SlowScanner const&) = delete;
-    ~SlowScanner() { std::fclose(file); }
-
-    static bool endsLine(int c) { return c == '\n' || c == '\r'; }
-    static bool isBlank(int c) { return c == ' ' || c == '\t'; }
-    int get() { return std::getc(file); }
-    void unget(int c) { std::ungetc(c, file); }
-    void store(int c) { buffer.push_back(static_cast<char>(c)); }
-    [[noreturn]] static void refuse() { throw Parse_Error{"Read in string in exceeds buffer"}; }
+    bool atEnd() const { return at >= text.size(); }
+    char peek() const { return atEnd() ? '\0' : text[at]; }
+    bool atLineEnd() const { return peek() == '\n' || peek() == '\r'; }
+    bool atBlank() const { return peek() == ' ' || peek() == '\t'; }
     void cutBlanks() { buffer.erase(buffer.find_last_not_of(' ') + 1); }
 
     void nextLine() {
         buffer.clear();
-        int end = get();
-        while (!endsLine(end)) {
-            if (std::feof(file)) {
-                eof = true;
-                return;
-            }
-            end = get();
+        while (!atLineEnd() && !atEnd()) ++at;
+        if (atEnd()) {
+            eof = true;
+            return;
         }
-        int const next = get();
-        if (!endsLine(next) || next == end) unget(next);
+        char const end = text[at++];
+        if (atLineEnd() && peek() != end) ++at;
         ++lineNumber;
     }
 
     void skipChars(int n) {
-        for (int i = 0; i < n; ++i) {
-            int const c = get();
-            if (c == EOF) eof = true;
-            if (endsLine(c)) unget(c);
-            if (endsLine(c) || c == EOF) return;
+        for (; n > 0 && !atLineEnd(); --n, ++at) {
+            if (!atEnd()) continue;
+            eof = true;
+            return;
         }
-    }
-
-    void getStreamPos(long& position) {
-        position = std::ftell(file);
-        positions[position] = lineNumber;
     }
 
     void setStreamPos(long position) {
-        std::fseek(file, position, SEEK_SET);
-        if (!std::feof(file)) eof = false;
         lineNumber = positions[position];
+        if (position < 0) return;
+        at = static_cast<std::size_t>(position);
+        eof = false;
     }
 
-    /// Stores the first character of a token or line; false at the end of the line or the file.
-    bool start(int c) {
-        buffer.clear();
-        if (c == EOF) eof = true;
-        if (c == EOF) return false;
-        store(endsLine(c) ? '\n' : c);
-        if (endsLine(c)) unget(c);
-        return !endsLine(c);
+    /// False at the end of the line or the file.
+    bool start() {
+        buffer = atLineEnd() ? "\n" : "";
+        if (atEnd()) eof = true;
+        return !atLineEnd() && !atEnd();
     }
 
-    int skipBlanks() {
-        int c = get();
-        while (isBlank(c)) c = get();
-        return c;
+    void skipBlanks() {
+        while (atBlank()) ++at;
     }
 
     void token() {
-        if (!start(skipBlanks())) return;
-        for (int c = get(); !isBlank(c) && c != EOF; c = get()) {
-            if (endsLine(c)) {
-                unget(c);
-                return;
-            }
-            store(c);
-            if (buffer.size() == 1000) refuse();
+        skipBlanks();
+        if (!start()) return;
+        while (!atEnd() && !atBlank() && !atLineEnd()) {
+            buffer += text[at++];
+            if (buffer.size() == 1000) throw Parse_Error{"refused"};
         }
+        if (atBlank()) ++at;
     }
 
     void nextToken() {
@@ -98,16 +76,16 @@ struct SlowScanner {
     }
 
     void restOfLine() {
-        int c = get();
-        for (; !endsLine(c) && c != EOF; c = get()) {
-            if (buffer.size() == 1000) refuse();
-            store(c);
+        while (!atLineEnd() && !atEnd()) {
+            char const c = text[at++];
+            if (buffer.size() == 1000) throw Parse_Error{"refused"};
+            buffer += c;
         }
-        unget(c);
     }
 
     void tokenLine(bool trimmed) {
-        if (!start(trimmed ? skipBlanks() : get())) return;
+        if (trimmed) skipBlanks();
+        if (!start()) return;
         restOfLine();
         if (trimmed) cutBlanks();
     }
@@ -120,29 +98,19 @@ struct SlowScanner {
 
     /// The next columns, filled up with blanks.
     std::string columns(std::size_t count) {
-        std::string text;
-        int c = 0;
-        while (text.size() < count && !endsLine(c = get()) && c != EOF) text.push_back(static_cast<char>(c));
-        if (text.size() < count) unget(c);
-        text.resize(count, ' ');
-        return text;
+        std::string taken;
+        while (taken.size() < count && !atLineEnd() && !atEnd()) taken += text[at++];
+        taken.resize(count, ' ');
+        return taken;
     }
 
     void field(int width) {
-        if (width == 0) {
-            buffer = buffer.c_str();
-            cutBlanks();
-            return;
-        }
-        buffer.clear();
-        for (int i = 0; i < width; ++i) {
-            int const c = get();
-            if (c == EOF && buffer.empty()) eof = true;
-            if (endsLine(c) || c == EOF) {
-                unget(c);
-                break;
-            }
-            if (c != ' ' || !buffer.empty()) store(c);
+        buffer = width == 0 ? buffer.c_str() : "";
+        for (int i = 0; i < width && !atLineEnd(); ++i) {
+            if (atEnd() && buffer.empty()) eof = true;
+            if (atEnd()) break;
+            char const c = text[at++];
+            if (c != ' ' || !buffer.empty()) buffer += c;
         }
         cutBlanks();
     }

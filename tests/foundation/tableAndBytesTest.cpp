@@ -3,8 +3,6 @@
 #include "foundation/McRawData.h"
 #include "support/testing.h"
 
-#include <random>
-
 namespace {
 
 using namespace tarnex::test;
@@ -16,7 +14,7 @@ TEST(McHashTable, findsOrCreates) {
     long const cutToTheSameHash = (1L << 40) | 5;
     table[cutToTheSameHash] = 7;
     int& first = table[5];
-    for (long key = 100; table.count < 8; ++key) table[key] = 0;
+    for (long key = 100; table.count < 3000; ++key) table[key] = 0;
     first = 3;
     EXPECT_EQ(table[5], 3) << "entries do not move";
     EXPECT_EQ(table[cutToTheSameHash], 7);
@@ -25,31 +23,16 @@ TEST(McHashTable, findsOrCreates) {
 }
 
 TEST(McHashTable, turnsChainsRoundAsItGrows) {
-    using Chains = std::vector<std::vector<int>>;
     McHashTable<int, int> table(0);
-    Chains expected(2);
-    auto const prepend = [](Chains& chains, int key) {
-        auto& chain = chains[static_cast<std::size_t>(hash(key)) % chains.size()];
-        chain.insert(chain.begin(), key);
-    };
-    std::mt19937 random(2);
-    for (std::size_t count = 1; count <= 3000; ++count) {
-        int const key = static_cast<int>(random());
+    std::string chains;
+    for (int key : {0, 4, 1 << 7, 8, 1 << 21}) {
         table[key] = 1;
-        prepend(expected, key);
-        if (count < 2 * expected.size()) continue;
-        Chains rebuilt(2 * expected.size());
-        for (auto const& chain : expected) {
-            for (int moved : chain) prepend(rebuilt, moved);
+        for (int i = 0; i <= table.mask; ++i) {
+            for (auto* entry = table.buckets[i]; entry; entry = entry->next) chains += std::to_string(entry->key) + " ";
+            chains += i < table.mask ? "| " : "\n";
         }
-        expected = rebuilt;
     }
-    Chains chains;
-    for (int i = 0; i <= table.mask; ++i) {
-        chains.emplace_back();
-        for (auto* entry = table.buckets[i]; entry; entry = entry->next) chains.back().push_back(entry->key);
-    }
-    EXPECT_EQ(chains, expected);
+    EXPECT_EQ(chains, "0 | \n4 0 | \n4 0 | 128 \n0 4 8 | 128 | | \n0 4 8 | 2097152 128 | | \n");
 }
 
 TEST(McFilename, knowsTheParts) {
@@ -63,8 +46,7 @@ TEST(McFilename, knowsTheParts) {
         McString directory("before");
         name.dirname(directory);
         EXPECT_STREQ(directory, c.directory) << c.path;
-        EXPECT_EQ(directory.length(), name.basename() - name.data) << c.path;
-        EXPECT_STREQ(name.basename(), c.base);
+        EXPECT_STREQ(name.basename(), c.base) << c.path;
         EXPECT_STREQ(name.extension(), c.extension) << c.path;
     }
     McFilename name("C:\\data\\x/y.pdb");
@@ -77,24 +59,21 @@ TEST(McRawData, isBigEndianAndCountsWholeElements) {
     std::unique_ptr<FILE, int (*)(FILE*)> const file(std::tmpfile(), std::fclose);
     int integers[] = {1, -2};
     float single = 1.5F;
-    double twice = -2.0;
-    char text[22] = "ab";
+    char text[14] = "ab";
     McRawData::writeBigEndian(text, 2, file.get());
     McRawData::writeBigEndian(integers, 2, file.get());
     McRawData::writeBigEndian(&single, 1, file.get());
-    McRawData::writeBigEndian(&twice, 1, file.get());
     EXPECT_EQ(integers[0], 1) << "the source keeps its order";
-    std::rewind(file.get());
-    EXPECT_EQ(std::fread(text, 1, sizeof text, file.get()), sizeof text);
-    EXPECT_EQ(std::string(text, sizeof text),
-              std::string("ab\0\0\0\1\xff\xff\xff\xfe\x3f\xc0\0\0\xc0\0\0\0\0\0\0\0", 22));
-
-    std::rewind(file.get());
     std::vector<double> written(5000);
-    for (std::size_t i = 0; i < written.size(); ++i) written[i] = static_cast<double>(i) / 3;
+    for (std::size_t i = 0; i < written.size(); ++i) written[i] = static_cast<double>(i) - 2.0;
     McRawData::writeBigEndian(written.data(), written.size(), file.get());
     std::fputs("half", file.get());
+
     std::rewind(file.get());
+    EXPECT_EQ(std::fread(text, 1, sizeof text, file.get()), sizeof text);
+    EXPECT_EQ(std::string(text, sizeof text), std::string("ab\0\0\0\1\xff\xff\xff\xfe\x3f\xc0\0\0", 14));
+    EXPECT_EQ(std::fgetc(file.get()), 0xc0) << "of -2 in double precision";
+    std::fseek(file.get(), -1, SEEK_CUR);
     std::vector<double> read(written.size() + 2);
     EXPECT_EQ(McRawData::readBigEndian(read.data(), read.size(), file.get()), written.size());
     read.resize(written.size());

@@ -6,16 +6,16 @@ namespace {
 
 using namespace tarnex::test;
 
-TEST(QltRoundTrip, ChecksumIsThePublishedOneInPiecesOfAnySize) {
+using QltRoundTrip = QltTest;
+
+TEST_F(QltRoundTrip, ChecksumIsThePublishedOneInPiecesOfAnySize) {
     struct Sample {
         std::size_t length;
         std::uint64_t checksum;
     };
-    constexpr Sample samples[] = {{0, 0xEF46DB3751D8E999U},   {1, 0x8A4127811B21E730U},   {3, 0xB6E6C910C2FD373AU},
-                                  {4, 0x22EDA2CF6AF4C124U},   {7, 0x34084D91A233A751U},   {8, 0xC6F1803A5E0B3222U},
-                                  {15, 0x514C6F58D37CE6F1U},  {31, 0x6AB1C40E29F50073U},  {32, 0x5A0756FBE9ECD3D1U},
-                                  {33, 0xDC50CDC37BB9C183U},  {63, 0x10DD94885C71894AU},  {64, 0x90083DA9CDB9D795U},
-                                  {100, 0xD248BFC5208B0B16U}, {1000, 0x6BE03ACBF959C413U}};
+    constexpr Sample samples[] = {{0, 0xEF46DB3751D8E999U},   {1, 0x8A4127811B21E730U},  {7, 0x34084D91A233A751U},
+                                  {31, 0x6AB1C40E29F50073U},  {32, 0x5A0756FBE9ECD3D1U}, {63, 0x10DD94885C71894AU},
+                                  {1000, 0x6BE03ACBF959C413U}};
     std::string bytes;
     for (int i = 0; i < 1000; ++i) bytes += static_cast<char>(i * 7 + 1);
     for (Sample const& sample : samples) {
@@ -29,31 +29,13 @@ TEST(QltRoundTrip, ChecksumIsThePublishedOneInPiecesOfAnySize) {
     }
 }
 
-TEST(QltRoundTrip, MoleculeWithEverythingInIt) {
-    std::string const folder = scratchFolder();
-    McHandle<MolTopology> const topology = fullTopology();
-    Molecule molecule(topology, true);
-    SampleTrajectory(topology, 1).getTimeStep(0, &molecule);
-    ASSERT_TRUE(MolTrajectoryVRK::writeQLTMolecule(&molecule, (folder + "full.qlt").c_str()));
-
-    Bundle const bundle = read(folder + "full.qlt");
-    ASSERT_EQ(bundle.size, 1);
-    EXPECT_EQ(compareTopologies(*topology, *bundle[0]->getTopology()), "");
-    ASSERT_EQ(bundle[0]->getNumTimeSteps(), 1);
-    SampleTrajectory source(topology, 1);
-    EXPECT_EQ(stepBytes(bundle[0], 0), stepBytes(&source, 0));
-
-    ASSERT_TRUE(tarnex::writeQltBundle(bundle, (folder + "again.qlt").c_str()));
-    EXPECT_EQ(readFile(folder + "again.qlt"), readFile(folder + "full.qlt"));
-}
-
 // A reader of another maker relies on these bytes.
-TEST(QltRoundTrip, BytesOfASmallFile) {
-    std::string const name = scratchFolder() + "small.qlt";
+TEST_F(QltRoundTrip, BytesOfASmallFile) {
     McHandle<MolTopology> const topology = smallTopology();
     topology->setData(new MolDataString("note", "hi"));
     Molecule molecule(topology, true);
     molecule.coords[0] = {1.0F, -2.0F, 0.5F};
+    std::string const name = scratchPath("small.qlt");
     ASSERT_TRUE(MolTrajectoryVRK::writeQLTMolecule(&molecule, name.c_str()));
 
     QltBytes section;
@@ -67,16 +49,14 @@ TEST(QltRoundTrip, BytesOfASmallFile) {
     EXPECT_EQ(readFile(name), (QltFile{section.bytes, 2, {step.bytes}}.bytes()));
 }
 
-TEST(QltRoundTrip, SeveralTrajectoriesOfSeveralSteps) {
-    std::string const name = scratchFolder() + "bundle.qlt";
+TEST_F(QltRoundTrip, SeveralTrajectoriesOfSeveralSteps) {
     // The coordinates of the third take several blocks; the last has steps without atoms.
-    McHandle<MolTopology> const large(new MolTopology);
-    addAtoms(*large, 50001);
     Bundle sources;
-    sources.append(new SampleTrajectory(fullTopology(), 7));
-    sources.append(new SampleTrajectory(smallTopology(), 0));
-    sources.append(new SampleTrajectory(large, 3));
-    sources.append(new SampleTrajectory(McHandle<MolTopology>(new MolTopology), 2));
+    sources.append(sampleOf(fullTopology(), 7));
+    sources.append(sampleOf(smallTopology(), 0));
+    sources.append(sampleOf(newTopology(50001), 3));
+    sources.append(sampleOf(newTopology(0), 2));
+    std::string const name = scratchPath("bundle.qlt"), again = scratchPath("again.qlt");
     ASSERT_TRUE(tarnex::writeQltBundle(sources, name.c_str()));
 
     Bundle const bundle = read(name);
@@ -88,32 +68,28 @@ TEST(QltRoundTrip, SeveralTrajectoriesOfSeveralSteps) {
         for (int step = numSteps; step-- > 0;) {
             EXPECT_TRUE(stepBytes(bundle[i], step) == stepBytes(sources[i], step)) << i << ", step " << step;
         }
-        EXPECT_EQ(stepBytes(bundle[i], -1), "none");
-        EXPECT_EQ(stepBytes(bundle[i], numSteps), "none");
+        for (int absent : {-1, numSteps}) EXPECT_EQ(stepBytes(bundle[i], absent), "none");
         EXPECT_FALSE(bundle[i]->getTimeStep(0, nullptr));
     }
+    ASSERT_TRUE(tarnex::writeQltBundle(bundle, again.c_str()));
+    EXPECT_TRUE(readFile(again) == readFile(name));
 }
 
-TEST(QltRoundTrip, AtomsTakeNoBytesUpToAMillionOfThem) {
-    std::string const folder = scratchFolder();
+TEST_F(QltRoundTrip, AtomsTakeNoBytesUpToAMillionOfThem) {
     for (int numAtoms : {1'000'000, 1'010'000}) {
-        std::string const name = folder + std::to_string(numAtoms);
-        McHandle<MolTopology> const topology(new MolTopology);
-        addAtoms(*topology, numAtoms);
-        SampleTrajectory source(topology, 0);
-        ASSERT_TRUE(MolTrajectoryVRK::writeQLTMolTrajectory(&source, name.c_str()));
+        std::string const name = scratchPath("atoms.qlt");
+        ASSERT_TRUE(write(sampleOf(newTopology(numAtoms), 0), name));
         Bundle const bundle = read(name);
         ASSERT_EQ(bundle.size, 1) << numAtoms;
         EXPECT_EQ(bundle[0]->getTopology()->levels[0]->groups.size, numAtoms);
+        EXPECT_EQ(std::filesystem::file_size(name) < 200, numAtoms == 1'000'000);
     }
-    EXPECT_LT(std::filesystem::file_size(folder + "1000000"), 200U);
 }
 
-TEST(QltRoundTrip, StepIsReadFromTheFileThatWasOpened) {
-    std::string const name = scratchFolder() + "steps.qlt";
-    McHandle<MolTopology> const topology = smallTopology();
-    SampleTrajectory source(topology, 2);
-    ASSERT_TRUE(MolTrajectoryVRK::writeQLTMolTrajectory(&source, name.c_str()));
+TEST_F(QltRoundTrip, StepIsReadFromTheFileThatWasOpened) {
+    McHandle<MolTrajectory> const source = sampleOf(smallTopology(), 2);
+    std::string const name = scratchPath("steps.qlt");
+    ASSERT_TRUE(write(source, name));
     std::string const bytes = readFile(name);
     Bundle const bundle = read(name);
     ASSERT_EQ(bundle.size, 1);
@@ -123,38 +99,35 @@ TEST(QltRoundTrip, StepIsReadFromTheFileThatWasOpened) {
         Molecule molecule(other, true);
         EXPECT_FALSE(bundle[0]->getTimeStep(1, &molecule)) << why;
         EXPECT_EQ(molecule.getTopology(), other) << why;
-        EXPECT_EQ(molecule.coords[0], McVec3f(0.0F, 0.0F, 0.0F)) << why;
+        EXPECT_EQ(placesOf(molecule.coords), "0,0,0|0,0,0") << why;
     };
     std::string changed = bytes;
     changed[bytes.size() - 40 - 12] ^= 1;
-    writeBytes(name, changed);
+    writeFile("steps.qlt", changed);
     expectUnreadable("changed coordinates");
-    EXPECT_EQ(stepBytes(bundle[0], 0), stepBytes(&source, 0));
-
-    SampleTrajectory shifted(topology, 3);
-    ASSERT_TRUE(MolTrajectoryVRK::writeQLTMolTrajectory(&shifted, name.c_str()));
+    EXPECT_EQ(stepBytes(bundle[0], 0), stepBytes(source, 0));
+    ASSERT_TRUE(write(sampleOf(source->getTopology(), 3), name));
     expectUnreadable("another file of the same shape at its beginning");
     std::filesystem::remove(name);
     expectUnreadable("no file");
-
-    writeBytes(name, bytes);
-    EXPECT_EQ(stepBytes(bundle[0], 1), stepBytes(&source, 1));
-    addAtoms(*bundle[0]->getTopology(), 1);
+    writeFile("steps.qlt", bytes);
+    EXPECT_EQ(stepBytes(bundle[0], 1), stepBytes(source, 1));
+    bundle[0]->getTopology()->addGroup(0, new MtAtom);
     expectUnreadable("a topology with a further atom");
 }
 
-TEST(QltRoundTrip, FileIsReplacedByATrajectoryThatReadsFromIt) {
-    std::string const name = scratchFolder() + "self.qlt";
-    SampleTrajectory source(fullTopology(), 4);
-    ASSERT_TRUE(MolTrajectoryVRK::writeQLTMolTrajectory(&source, name.c_str()));
+TEST_F(QltRoundTrip, FileIsReplacedByATrajectoryThatReadsFromIt) {
+    McHandle<MolTrajectory> const source = sampleOf(fullTopology(), 4);
+    std::string const name = scratchPath("self.qlt");
+    ASSERT_TRUE(write(source, name));
     Bundle bundle = read(name);
     ASSERT_EQ(bundle.size, 1);
     bundle[0]->getTopology()->setName("renamed");
-    ASSERT_TRUE(MolTrajectoryVRK::writeQLTMolTrajectory(bundle[0], name.c_str()));
+    ASSERT_TRUE(write(bundle[0], name));
     bundle = read(name);
     ASSERT_EQ(bundle.size, 1);
     EXPECT_STREQ(bundle[0]->getTopology()->getName(), "renamed");
-    EXPECT_EQ(stepBytes(bundle[0], 3), stepBytes(&source, 3));
+    EXPECT_EQ(stepBytes(bundle[0], 3), stepBytes(source, 3));
 }
 
 } // namespace

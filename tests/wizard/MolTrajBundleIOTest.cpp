@@ -2,12 +2,10 @@
 
 #include "support/model.h"
 #include "support/testing.h"
-#include "wizard/TarnexWizard.h"
 
 namespace {
 
 using namespace tarnex::test;
-using Wizard = TarnexWizard;
 using Names = std::vector<std::string>;
 
 std::string const sdfRecord = "\n\n\n  1  0  0  0  0  0  0  0  0  0999 V2000\n"
@@ -74,29 +72,19 @@ TEST(MolTrajBundleIO, Headers) {
     }
 }
 
-TEST(MolTrajBundleIO, LoadsFilesOfAllFormatsAsOneBundle) {
-    std::string const sdf = writeFile("in.sdf", sdfRecord + sdfRecord);
-    std::unique_ptr<Molecule> const molecule(
-        Wizard::readMolecule(sdf.c_str(), Wizard::ReadMolecules::READ_MDL, nullptr));
-    ASSERT_TRUE(molecule);
-    auto const save = [&](char const* name, Wizard::WriteMolecules type) {
-        EXPECT_NE(Wizard::writeMolecule(scratchPath(name).c_str(), molecule.get(), type), 0) << name;
-    };
+TEST(MolTrajBundleIO, LoadsFilesOfSeveralFormatsAsOneBundle) {
     writeFile("models.pdb", "MODEL        1\n" + pdbAtom + "ENDMDL\nMODEL        2\n" + pdbAtom + "ENDMDL\n");
-    save("m.mol2", Wizard::WriteMolecules::WRITE_TRIPOS);
-    save("m.uni", Wizard::WriteMolecules::WRITE_UNICHEM);
-    save("m.qlt", Wizard::WriteMolecules::WRITE_QLT);
+    writeFile("m.mol2", "@<TRIPOS>MOLECULE\nm\n1 0\nSMALL\nNO_CHARGES\n\n@<TRIPOS>ATOM\n1 C 1.0 2.0 3.0 C.3\n");
+    writeFile("in.sdf", sdfRecord + sdfRecord);
     std::filesystem::create_directory(scratchPath("sub"));
     writeFile("sub/my file.sdf", sdfRecord);
 
     Loaded const loaded(writeFile("all.bundle", "MoleculeBundle\nmodels.pdb in.sdf # and more\n"
-                                                "m.mol2\tm.uni\nm.qlt \"sub/my file.sdf\"\n"));
+                                                "m.mol2\t\"sub/my file.sdf\"\n"));
     EXPECT_EQ(loaded.messages, "");
     // Of an SD file only the first record is read.
-    EXPECT_EQ(loaded.names(), (Names{"models.pdb", "in.sdf", "m.mol2", "m.uni", "m.qlt", "my file.sdf"}));
-    for (McHandle<MolTrajectory> const& trajectory : loaded.bundle) {
-        EXPECT_EQ(placesOf(trajectory, 0), "1,2,3") << trajectory->getTopology()->getName();
-    }
+    EXPECT_EQ(loaded.names(), (Names{"models.pdb", "in.sdf", "m.mol2", "my file.sdf"}));
+    for (McHandle<MolTrajectory> const& trajectory : loaded.bundle) EXPECT_EQ(placesOf(trajectory, 0), "1,2,3");
     EXPECT_EQ(loaded.bundle[0]->getNumTimeSteps(), 2);
 }
 

@@ -1,9 +1,8 @@
 #include "wizard/TarnexWizard.h"
 
 #include "charmm/charmmSamples.h"
-#include "mdl/MDLIO.h"
 #include "qlt/MolTrajectoryVRK.h"
-#include "support/compareTopologies.h"
+#include "support/model.h"
 
 namespace {
 
@@ -11,14 +10,8 @@ using namespace tarnex::test;
 using Wizard = TarnexWizard;
 using Names = std::vector<std::string>;
 
-std::string sdf(int molecules) {
-    std::string text;
-    for (int i = 0; i < molecules; ++i) {
-        text += "\n\n\n  1  0  0  0  0  0  0  0  0  0999 V2000\n" + std::string(9, ' ') + std::to_string(i) +
-                "         0         0 C\nM  END\n$$$$\n";
-    }
-    return text;
-}
+constexpr char const* groText = "t\n1\n    1HOH     OW    1   0.100   0.200   0.300\n";
+constexpr char const* amberText = "title\n     1\n\n\nCT\n";
 
 /// What is printed of a failure, once or more often. `task` is such as "read Molecule".
 std::string told(std::string const& task, int type, std::string const& name, int times = 1) {
@@ -35,10 +28,6 @@ std::string told(std::string const& task, int type, std::string const& name, int
 
 std::unique_ptr<Molecule> readMolecule(std::string const& file) {
     return std::unique_ptr<Molecule>(Wizard::readMolecule(file.c_str(), Wizard::ReadMolecules::READ_AUTO, nullptr));
-}
-
-McHandle<MolTrajectory> readTrajectory(std::string const& file, char const* second = nullptr) {
-    return Wizard::readMolTrajectory(file.c_str(), Wizard::ReadTrajectories::READ_AUTO, second, nullptr);
 }
 
 struct Failure {
@@ -81,141 +70,119 @@ TEST(TarnexWizard, ReadingFailures) {
     }
 }
 
-TEST(TarnexWizard, ReadsByExtensionAndKeepsTheResultAlive) {
-    std::string const sdfFile = writeFile("three.x.sdf", sdf(3));
-    std::string const qltFile = scratchPath("three.qlt");
-    auto const first = readMolecule(sdfFile);
-    ASSERT_TRUE(first);
-    EXPECT_EQ(first->refCount, 0);
-    EXPECT_EQ(first->getTopology()->refCount, 1);
-    EXPECT_EQ(first->coords[0].x, 0.0F);
-    auto const records = MDLIO(nullptr, nullptr).readMDLMolTrajectoryBundle(sdfFile.c_str());
-    ASSERT_TRUE(tarnex::writeQltBundle(records, qltFile.c_str()));
-    EXPECT_EQ(Wizard::readBundle(qltFile.c_str(), Wizard::ReadBundles::READ_AUTO).size, 3);
-    auto const same = readMolecule(qltFile);
-    ASSERT_TRUE(same);
-    EXPECT_EQ(compareTopologies(*first->getTopology(), *same->getTopology()), "");
-    for (std::string const& file : {sdfFile, qltFile}) {
-        auto* trajectory =
-            Wizard::readMolTrajectory(file.c_str(), Wizard::ReadTrajectories::READ_AUTO, nullptr, nullptr);
-        ASSERT_TRUE(trajectory);
-        EXPECT_EQ(trajectory->refCount, 0);
-        EXPECT_EQ(placesOf(McHandle<MolTrajectory>(trajectory), 0), "0,0,0");
+TEST(TarnexWizard, MoleculesOfAllFormats) {
+    using Writer = Wizard::WriteMolecules;
+    auto const source = readMolecule(writeFile("a.gro", groText));
+    ASSERT_TRUE(source);
+    for (auto const& [output, type, input] : {std::tuple{"x", Writer::WRITE_GRO, "x.gro"},
+                                              {"single", Writer::WRITE_GRO_SINGLE, "single.gro"},
+                                              {"x.y.sdf", Writer::WRITE_MDL, "x.y.sdf"},
+                                              {"x.pdb", Writer::WRITE_PDB, "x.pdb"},
+                                              {"x.mol2", Writer::WRITE_TRIPOS, "x.mol2"},
+                                              {"x.uni", Writer::WRITE_UNICHEM, "x.uni"},
+                                              {"x.qlt", Writer::WRITE_QLT, "x.qlt"}}) {
+        EXPECT_EQ(Wizard::writeMolecule(scratchPath(output).c_str(), source.get(), type), 1) << output;
+        auto const molecule = readMolecule(scratchPath(input));
+        ASSERT_TRUE(molecule) << input;
+        EXPECT_EQ(molecule->refCount, 0);
+        EXPECT_EQ(molecule->getTopology()->refCount, 1);
+        EXPECT_EQ(placesOf(molecule->coords), "1,2,3") << input;
     }
-}
-
-TEST(TarnexWizard, Pdb) {
-    std::string const line = "HETATM    1 FE   HEM A   1       1.000   2.000   3.000  1.00 10.00          FE\n";
-    std::string const file = writeFile("models.pdb", "MODEL 1\n" + line + "MODEL 2\n" + line);
-    auto const bundle = Wizard::readBundle(file.c_str(), Wizard::ReadBundles::READ_AUTO);
-    ASSERT_EQ(bundle.size, 1);
-    auto const molecule = readMolecule(file);
-    ASSERT_TRUE(molecule);
-    EXPECT_EQ(placesOf(molecule->coords), "1,2,3");
-    // Files of this extension go to the PDB reader; the steps are in memory.
-    auto const trajectory = readTrajectory(writeFile("models.vde", readFile(file)));
-    ASSERT_TRUE(trajectory);
-    EXPECT_EQ(trajectory->getNumTimeSteps(), 2);
-    EXPECT_TRUE(dynamic_cast<MolTrajectoryMem*>(static_cast<MolTrajectory*>(trajectory)));
-
-    std::string const out = scratchPath("out.pdb");
-    EXPECT_NE(Wizard::writeMolecule(out.c_str(), molecule.get(), Wizard::WriteMolecules::WRITE_PDB), 0);
-    EXPECT_EQ(readFile(out).find("MODEL"), std::string::npos);
-    EXPECT_NE(Wizard::writeMolTrajectory(out.c_str(), trajectory, Wizard::WriteTrajectories::WRITE_PDB), 0);
-    EXPECT_NE(readFile(out).find("MODEL 1"), std::string::npos);
-    EXPECT_NE(Wizard::writeBundle(out.c_str(), bundle, Wizard::WriteBundles::WRITE_PDB), 0);
-}
-
-TEST(TarnexWizard, TrajectoriesWithASecondFile) {
-    std::string const topology = writeFile("a.top", "title\n     1\n\n\nCT\n");
+    EXPECT_EQ(readFile(scratchPath("x.pdb")).find("MODEL"), std::string::npos);
     writeFile("a.crd", "restart\n    1\n         4.0         5.0         6.0\n");
-    auto const molecule = readMolecule(topology);
-    ASSERT_TRUE(molecule);
-    EXPECT_EQ(placesOf(molecule->coords), "4,5,6");
-    auto const amber = readTrajectory(writeFile("a.mdcrd", "title\n   1.000   2.000   3.000\n"), topology.c_str());
+    auto const amber = readMolecule(writeFile("a.top", amberText));
     ASSERT_TRUE(amber);
-    EXPECT_EQ(amber->refCount, 1);
-    EXPECT_EQ(amber->getNumTimeSteps(), 2);
-    EXPECT_EQ(placesOf(amber, 1), "1,2,3");
-    auto const dcd = readTrajectory(writeFile("run.psf", PsfText()), writeFile("run.dcd", DcdBytes()).c_str());
-    ASSERT_TRUE(dcd);
-    EXPECT_EQ(dcd->getNumTimeSteps(), 4);
-}
-
-TEST(TarnexWizard, Gromacs) {
-    std::string const gro = writeFile("a.gro", "t\n1\n    1HOH     OW    1   0.100   0.200   0.300\n");
-    std::string const out = scratchPath("out");
-    auto const molecule = readMolecule(gro);
-    ASSERT_TRUE(molecule);
-    EXPECT_EQ(placesOf(molecule->coords), "1,2,3");
+    EXPECT_EQ(placesOf(amber->coords), "4,5,6");
     // The second name alone chooses the format, but is not taken for the first.
     EXPECT_EQ(printed([&] {
                   auto const type = Wizard::ReadMolecules::READ_AUTO;
-                  EXPECT_EQ(Wizard::readMolecule("no.x", type, gro.c_str()), nullptr);
+                  EXPECT_EQ(Wizard::readMolecule("no.x", type, scratchPath("a.gro").c_str()), nullptr);
               }),
               told("read Molecule", 1, "no.x"));
+}
 
-    MolTrajectoryMem trajectory(molecule.get(), 1);
-    struct {
-        Wizard::WriteMolecules moleculeWriter;
-        Wizard::WriteTrajectories writer;
-        Wizard::ReadTrajectories reader;
-        std::uintmax_t bytes;
-    } const precisions[] = {{Wizard::WriteMolecules::WRITE_GRO, Wizard::WriteTrajectories::WRITE_GRO,
-                             Wizard::ReadTrajectories::READ_AUTO, 188},
-                            {Wizard::WriteMolecules::WRITE_GRO_SINGLE, Wizard::WriteTrajectories::WRITE_GRO_SINGLE,
-                             Wizard::ReadTrajectories::READ_GRO_SINGLE, 132}};
-    for (auto const& p : precisions) {
-        EXPECT_EQ(Wizard::writeMolecule(out.c_str(), molecule.get(), p.moleculeWriter), 1);
-        EXPECT_EQ(Wizard::writeMolTrajectory(out.c_str(), &trajectory, p.writer), 1);
-        EXPECT_EQ(std::filesystem::file_size(out + ".trr"), p.bytes);
-        McHandle<MolTrajectory> const read(Wizard::readMolTrajectory((out + ".trr").c_str(), p.reader,
-                                                                     (out + ".gro").c_str(), (out + ".top").c_str()));
-        ASSERT_TRUE(read);
-        EXPECT_EQ(read->getNumTimeSteps(), 1);
+TEST(TarnexWizard, TrajectoriesOfAllFormats) {
+    using Writer = Wizard::WriteTrajectories;
+    using Reader = Wizard::ReadTrajectories;
+    auto const molecule = readMolecule(writeFile("a.gro", groText));
+    ASSERT_TRUE(molecule);
+    MolTrajectoryMem source(molecule.get(), 2);
+    for (auto const& [output, type] : {std::pair{"x", Writer::WRITE_GRO},
+                                       {"single", Writer::WRITE_GRO_SINGLE},
+                                       {"x.sdf", Writer::WRITE_MDL},
+                                       {"x.vde", Writer::WRITE_PDB},
+                                       {"x.qlt", Writer::WRITE_QLT}}) {
+        EXPECT_EQ(Wizard::writeMolTrajectory(scratchPath(output).c_str(), &source, type), 1) << output;
     }
-    // Only 0 of the writers counts as failure.
-    EXPECT_EQ(printed([&] { Wizard::writeMolTrajectory("/no/x", &trajectory, Wizard::WriteTrajectories::WRITE_GRO); }),
-              "");
-    EXPECT_EQ(printed([&] { Wizard::writeMolecule("/no/x", molecule.get(), Wizard::WriteMolecules::WRITE_GRO); }),
-              told("write Molecule", 0, "/no/x"));
+    EXPECT_NE(readFile(scratchPath("x.vde")).find("MODEL 1"), std::string::npos)
+        << "the PDB writer and reader serve it";
+    EXPECT_EQ(std::filesystem::file_size(scratchPath("x.trr")), 376U);
+    EXPECT_EQ(std::filesystem::file_size(scratchPath("single.trr")), 264U);
+    writeFile("a.crd", "restart\n    1\n         4.0         5.0         6.0\n");
+    writeFile("a.top", amberText);
+    writeFile("a.mdcrd", "title\n   1.000   2.000   3.000\n");
+    writeFile("run.psf", PsfText());
+    writeFile("run.dcd", DcdBytes());
+    struct {
+        char const* first;
+        int steps;
+        char const* second = "none";
+        char const* third = "none";
+        Reader type = Reader::READ_AUTO;
+    } const inputs[] = {{"x.trr", 2, "x.gro", "x.top"},
+                        {"single.trr", 2, "single.gro", "single.top", Reader::READ_GRO_SINGLE},
+                        {"x.sdf", 1},
+                        {"x.vde", 2},
+                        {"x.qlt", 2},
+                        {"a.mdcrd", 2, "a.top"},
+                        {"run.psf", 4, "run.dcd"}};
+    for (auto const& [first, steps, second, third, type] : inputs) {
+        auto* trajectory = Wizard::readMolTrajectory(scratchPath(first).c_str(), type, scratchPath(second).c_str(),
+                                                     scratchPath(third).c_str());
+        ASSERT_TRUE(trajectory) << first;
+        EXPECT_EQ(trajectory->refCount, 0) << first;
+        McHandle<MolTrajectory> const holder(trajectory);
+        EXPECT_EQ(trajectory->getNumTimeSteps(), steps) << first;
+        if (steps < 4) EXPECT_EQ(placesOf(trajectory, steps - 1), "1,2,3") << first;
+    }
 }
 
-TEST(TarnexWizard, Tripos) {
-    std::string const mol2 = scratchPath("two.mol2");
-    auto bundle = MDLIO(nullptr, nullptr).readMDLMolTrajectoryBundle(writeFile("two.sdf", sdf(2)).c_str());
+TEST(TarnexWizard, Bundles) {
+    auto const molecule = readMolecule(writeFile("a.gro", groText));
+    ASSERT_TRUE(molecule);
+    Bundle bundle;
+    for (int i = 0; i < 2; ++i) bundle.append(new MolTrajectoryMem(molecule.get(), 1));
+    ASSERT_TRUE(tarnex::writeQltBundle(bundle, scratchPath("x.qlt").c_str()));
     bundle.append(nullptr);
-    EXPECT_NE(Wizard::writeBundle(mol2.c_str(), bundle, Wizard::WriteBundles::WRITE_TRIPOS), 0);
+    std::string const mol2 = scratchPath("x.mol2"), pdb = scratchPath("x.pdb");
+    EXPECT_EQ(Wizard::writeBundle(mol2.c_str(), bundle, Wizard::WriteBundles::WRITE_TRIPOS), 1);
+    EXPECT_EQ(Wizard::writeBundle(pdb.c_str(), bundle, Wizard::WriteBundles::WRITE_PDB), 1);
     EXPECT_EQ(Wizard::readBundle(mol2.c_str(), Wizard::ReadBundles::READ_TRIPOS).size, 2);
-    EXPECT_EQ(Wizard::writeBundle("/no/x", bundle, Wizard::WriteBundles::WRITE_TRIPOS), 0);
-    auto const first = readMolecule(mol2);
-    ASSERT_TRUE(first);
-    EXPECT_EQ(first->refCount, 0);
-    EXPECT_NE(Wizard::writeMolecule(mol2.c_str(), first.get(), Wizard::WriteMolecules::WRITE_TRIPOS), 0);
-    EXPECT_EQ(Wizard::readBundle(mol2.c_str(), Wizard::ReadBundles::READ_TRIPOS).size, 1);
+    EXPECT_EQ(Wizard::readBundle(pdb.c_str(), Wizard::ReadBundles::READ_AUTO).size, 1) << "the first one only";
+    EXPECT_EQ(Wizard::readBundle(scratchPath("x.qlt").c_str(), Wizard::ReadBundles::READ_AUTO).size, 2);
 }
 
-TEST(TarnexWizard, Writing) {
+TEST(TarnexWizard, WritingFailures) {
     Molecule molecule(newTopology(1), true);
     MolTrajectoryMem trajectory(&molecule, 1);
-    std::string const sdfFile = scratchPath("out.sdf"), qltFile = scratchPath("out.qlt");
-    EXPECT_NE(Wizard::writeMolecule(sdfFile.c_str(), &molecule, Wizard::WriteMolecules::WRITE_MDL), 0);
-    EXPECT_NE(Wizard::writeMolecule(qltFile.c_str(), &molecule, Wizard::WriteMolecules::WRITE_QLT), 0);
-    EXPECT_NE(Wizard::writeMolTrajectory(sdfFile.c_str(), &trajectory, Wizard::WriteTrajectories::WRITE_MDL), 0);
-    EXPECT_NE(Wizard::writeMolTrajectory(qltFile.c_str(), &trajectory, Wizard::WriteTrajectories::WRITE_QLT), 0);
-    EXPECT_NE(readFile(sdfFile).find("V2000"), std::string::npos);
-
-    auto const prints = [](auto write) { return printed([&] { EXPECT_EQ(write(), 0); }); };
-    EXPECT_EQ(prints([] { return Wizard::writeMolecule("/no/x", nullptr, Wizard::WriteMolecules::WRITE_MDL); }),
-              told("write Molecule", 2, "/no/x"));
-    EXPECT_EQ(prints([&] { return Wizard::writeMolecule("x", &molecule, static_cast<Wizard::WriteMolecules>(9)); }),
-              told("write Molecule", 9, "x", 2));
-    EXPECT_EQ(
-        prints([&] { return Wizard::writeMolTrajectory("/no/x", &trajectory, Wizard::WriteTrajectories::WRITE_MDL); }),
-        told("write MolTrajectory", 2, "/no/x"));
-    EXPECT_EQ(prints([] { return Wizard::writeBundle("x", {}, Wizard::WriteBundles::WRITE_QLT); }), "");
-    EXPECT_EQ(prints([] { return Wizard::writeBundle("x", {}, static_cast<Wizard::WriteBundles>(0)); }),
-              told("write Bundle", 0, "x"));
+    auto const moleculePrints = [&](int type) {
+        return printed([&] { Wizard::writeMolecule("/no/x", &molecule, static_cast<Wizard::WriteMolecules>(type)); });
+    };
+    auto const trajectoryPrints = [&](int type) {
+        auto const selector = static_cast<Wizard::WriteTrajectories>(type);
+        return printed([&] { Wizard::writeMolTrajectory("/no/x", &trajectory, selector); });
+    };
+    auto const bundlePrints = [](int type) {
+        auto const selector = static_cast<Wizard::WriteBundles>(type);
+        return printed([&] { EXPECT_EQ(Wizard::writeBundle("/no/x", {}, selector), 0); });
+    };
+    for (int type : {0, 2}) EXPECT_EQ(moleculePrints(type), told("write Molecule", type, "/no/x"));
+    EXPECT_EQ(moleculePrints(9), told("write Molecule", 9, "/no/x", 2));
+    EXPECT_EQ(trajectoryPrints(0), "") << "the GROMACS writers' -1 is no failure";
+    EXPECT_EQ(trajectoryPrints(2), told("write MolTrajectory", 2, "/no/x"));
+    EXPECT_EQ(bundlePrints(static_cast<int>(Wizard::WriteBundles::WRITE_QLT)), "");
+    EXPECT_EQ(bundlePrints(static_cast<int>(Wizard::WriteBundles::WRITE_TRIPOS)), "");
+    EXPECT_EQ(bundlePrints(0), told("write Bundle", 0, "/no/x"));
 }
 
 /// The lines that begin with `start`, each once, without it.

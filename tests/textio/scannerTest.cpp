@@ -37,22 +37,15 @@ std::string randomText(Random& random) {
     return text;
 }
 
-/// Both operations on a text that is too long for the buffer, or neither, must fail.
-template <class Fast, class Slow>
-void expectSameRefusal(Fast fastOperation, Slow slowOperation) {
-    bool refused = false;
+/// The message with which an operation fails on a text that is too long for the buffer.
+template <class Operation>
+std::string refusalOf(Operation operation) {
     try {
-        slowOperation();
-    } catch (Parse_Error const&) {
-        refused = true;
-    }
-    try {
-        fastOperation();
-        EXPECT_FALSE(refused);
+        operation();
     } catch (Parse_Error const& error) {
-        EXPECT_TRUE(refused);
-        EXPECT_STREQ(error.message, "Read in string in exceeds buffer");
+        return error.message;
     }
+    return "";
 }
 
 void expectInt(int value, std::string const& text) {
@@ -67,12 +60,12 @@ void expectFloat(float value, std::string const& text) {
 /// Some tokens found at once, and one more that fills the buffer.
 void stepByTokensOfLine(tokenizer& fast, SlowScanner& slow, int number) {
     std::vector<std::string> expected;
-    auto const slowTokens = [&] {
+    std::string const refusal = refusalOf([&] {
         for (int i = 0; i <= number; ++i) {
             slow.token();
             expected.push_back(slow.buffer);
         }
-    };
+    });
     auto const fastTokens = [&] {
         tarnex::LineTokens tokens(fast, number);
         for (std::size_t i = 0; i < static_cast<std::size_t>(number); ++i) {
@@ -81,18 +74,18 @@ void stepByTokensOfLine(tokenizer& fast, SlowScanner& slow, int number) {
         }
         fast.getToken();
     };
-    expectSameRefusal(fastTokens, slowTokens);
+    EXPECT_EQ(refusalOf(fastTokens), refusal);
 }
 
 /// One random operation that only this kind of scanner has, on the fast and on the slow one.
 void step(tokenizer& fast, SlowScanner& slow, Random& random) {
     int const operation = pick(random, 8);
     if (operation > 5) return stepByTokensOfLine(fast, slow, pick(random, 6));
-    auto const slowStep = [&] {
+    std::string const refusal = refusalOf([&] {
         if (operation < 3) slow.token();
         if (operation == 3) slow.nextToken();
         if (operation > 3) slow.tokenLine(operation == 4);
-    };
+    });
     auto const fastStep = [&] {
         if (operation == 0) fast.getToken();
         if (operation == 1) expectInt(fast.getInt(), slow.buffer);
@@ -101,7 +94,7 @@ void step(tokenizer& fast, SlowScanner& slow, Random& random) {
         if (operation == 4) fast.getLineString();
         if (operation == 5) fast.getUntrimmedLineString();
     };
-    expectSameRefusal(fastStep, slowStep);
+    EXPECT_EQ(refusalOf(fastStep), refusal);
 }
 
 /// Part of a line by columns, and a random field of it.
@@ -129,6 +122,7 @@ void step(lengthizer& fast, SlowScanner& slow, Random& random) {
     std::string const before = slow.buffer;
     char destination[256];
     std::strcpy(destination, before.size() < 256 ? before.c_str() : "");
+    std::string const refusal = refusalOf([&] { operation < 5 ? slow.field(width) : slow.fieldLine(); });
     auto const fastStep = [&] {
         if (operation == 0) fast.getToken(width);
         if (operation == 1) expectInt(fast.getInt(width), slow.buffer);
@@ -137,7 +131,7 @@ void step(lengthizer& fast, SlowScanner& slow, Random& random) {
         if (operation == 4) fast.getString(destination, width);
         if (operation == 5) fast.getUntrimmedLineString();
     };
-    expectSameRefusal(fastStep, [&] { operation < 5 ? slow.field(width) : slow.fieldLine(); });
+    EXPECT_EQ(refusalOf(fastStep), refusal);
     EXPECT_EQ(fast.target, fast.buffer);
     if (operation != 4) return;
     if (width > 0) EXPECT_EQ(std::memcmp(destination, slow.buffer.c_str(), slow.buffer.size() + 1), 0);
@@ -176,7 +170,7 @@ class Scanning : public testing::Test {};
 using Scanners = testing::Types<tokenizer, lengthizer>;
 TYPED_TEST_SUITE(Scanning, Scanners);
 
-/// Blocks of a few bytes, so that every kind of text lies across their borders.
+/// Mostly in blocks of a few bytes, so that every kind of text lies across their borders.
 TYPED_TEST(Scanning, equalsCharacterByCharacterReading) {
     for (unsigned seed = 0; seed < 3000 && !this->HasFailure(); ++seed) {
         Random random(seed);

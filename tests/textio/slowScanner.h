@@ -63,7 +63,7 @@ struct SlowScanner {
         if (!start()) return;
         while (!atEnd() && !atBlank() && !atLineEnd()) {
             buffer += text[at++];
-            if (buffer.size() == 1000) throw Parse_Error{"refused"};
+            if (buffer.size() == 1000) throw Parse_Error{"Read in string in exceeds buffer"};
         }
         if (atBlank()) ++at;
     }
@@ -78,7 +78,7 @@ struct SlowScanner {
     void restOfLine() {
         while (!atLineEnd() && !atEnd()) {
             char const c = text[at++];
-            if (buffer.size() == 1000) throw Parse_Error{"refused"};
+            if (buffer.size() == 1000) throw Parse_Error{"Read in string in exceeds buffer"};
             buffer += c;
         }
     }

@@ -8,7 +8,6 @@ namespace {
 
 using namespace tarnex::test;
 using Wizard = TarnexWizard;
-using Names = std::vector<std::string>;
 
 constexpr char const* groText = "t\n1\n    1HOH     OW    1   0.100   0.200   0.300\n";
 constexpr char const* amberText = "title\n     1\n\n\nCT\n";
@@ -165,55 +164,45 @@ TEST(TarnexWizard, Bundles) {
 TEST(TarnexWizard, WritingFailures) {
     Molecule molecule(newTopology(1), true);
     MolTrajectoryMem trajectory(&molecule, 1);
-    auto const moleculePrints = [&](int type) {
-        return printed([&] { Wizard::writeMolecule("/no/x", &molecule, static_cast<Wizard::WriteMolecules>(type)); });
-    };
-    auto const trajectoryPrints = [&](int type) {
-        auto const selector = static_cast<Wizard::WriteTrajectories>(type);
-        return printed([&] { Wizard::writeMolTrajectory("/no/x", &trajectory, selector); });
-    };
-    auto const bundlePrints = [](int type) {
-        auto const selector = static_cast<Wizard::WriteBundles>(type);
-        return printed([&] { EXPECT_EQ(Wizard::writeBundle("/no/x", {}, selector), 0); });
-    };
-    for (int type : {0, 2}) EXPECT_EQ(moleculePrints(type), told("write Molecule", type, "/no/x"));
-    EXPECT_EQ(moleculePrints(9), told("write Molecule", 9, "/no/x", 2));
-    EXPECT_EQ(trajectoryPrints(0), "") << "the GROMACS writers' -1 is no failure";
-    EXPECT_EQ(trajectoryPrints(2), told("write MolTrajectory", 2, "/no/x"));
-    EXPECT_EQ(bundlePrints(static_cast<int>(Wizard::WriteBundles::WRITE_QLT)), "");
-    EXPECT_EQ(bundlePrints(static_cast<int>(Wizard::WriteBundles::WRITE_TRIPOS)), "");
-    EXPECT_EQ(bundlePrints(0), told("write Bundle", 0, "/no/x"));
-}
-
-/// The lines that begin with `start`, each once, without it.
-Names linesBehind(std::string const& start, std::string const& text) {
-    Names lines;
-    for (std::size_t at = text.find(start); at != std::string::npos; at = text.find(start, at + 1)) {
-        std::size_t const begin = at + start.size();
-        std::string const line = text.substr(begin, text.find('\n', begin) - begin);
-        if (lines.empty() || lines.back() != line) lines.push_back(line);
+    char const* const path = "/no/x";
+    for (int type : {0, 2, 9}) {
+        auto const selector = static_cast<Wizard::WriteMolecules>(type);
+        EXPECT_EQ(printed([&] { EXPECT_EQ(Wizard::writeMolecule(path, &molecule, selector), 0); }),
+                  told("write Molecule", type, path, type == 9 ? 2 : 1));
     }
-    return lines;
+    for (int type : {0, 2}) { // the -1 of the GROMACS writers is no failure
+        auto const selector = static_cast<Wizard::WriteTrajectories>(type);
+        EXPECT_EQ(printed([&] { Wizard::writeMolTrajectory(path, &trajectory, selector); }),
+                  type == 0 ? "" : told("write MolTrajectory", type, path));
+    }
+    using Bundles = Wizard::WriteBundles;
+    for (auto type : {Bundles(0), Bundles::WRITE_QLT, Bundles::WRITE_TRIPOS}) {
+        EXPECT_EQ(printed([&] { EXPECT_EQ(Wizard::writeBundle(path, {}, type), 0); }),
+                  type == Bundles(0) ? told("write Bundle", 0, path) : "");
+    }
 }
 
 TEST(TarnexWizard, TestsItselfOverAllFormats) {
     EXPECT_EQ(velorpackage_tarnex(), 100); // 0.1.0
-    if (std::filesystem::exists("/share/molecules/MolWizardTest")) GTEST_SKIP() << "sample files are there";
-    std::string const load = "/share/molecules/MolWizardTest/Load/Molecules/";
-    EXPECT_EQ(linesBehind("error while reading ", printed(TarnexWizard::readTestMolecule)),
-              (Names{"AMBER Molecule: " + load + "AMBER.top", "GRO_SINGLE Molecule: " + load + "GRO_SINGLE.gro",
-                     "GRO Molecule: " + load + "GRO.gro", "MDL Molecule: " + load + "MDL.sdf",
-                     "PDB Molecule: " + load + "PDB.pdb", "TRIPOS Molecule: " + load + "TRIPOS.mol2",
-                     "UNICHEM Molecule: " + load + "UNICHEM.uni", "QLTMolecule: " + load + "QLT.qlt"}));
+    std::string const folder = "/share/molecules/MolWizardTest/";
+    if (std::filesystem::exists(folder)) GTEST_SKIP() << "sample files are there";
+    std::string const reading = printed(TarnexWizard::readTestMolecule);
+    for (char const* failure :
+         {"AMBER Molecule: *AMBER.top", "GRO_SINGLE Molecule: *GRO_SINGLE.gro", "GRO Molecule: *GRO.gro",
+          "MDL Molecule: *MDL.sdf", "PDB Molecule: *PDB.pdb", "TRIPOS Molecule: *TRIPOS.mol2",
+          "UNICHEM Molecule: *UNICHEM.uni", "QLTMolecule: *QLT.qlt"}) {
+        std::string line = std::string("error while reading ") + failure + "\n";
+        EXPECT_THAT(reading, HasSubstr(line.replace(line.find('*'), 1, folder + "Load/Molecules/")));
+    }
     Molecule molecule(new MolTopology, true);
+    std::string const writing = printed([&] { TarnexWizard::writeTestMolecule(&molecule); });
+    for (char const* name : {"GRO_SINGLE", "GRO", "MDL.sdf", "PDB.pdb", "TRIPOS.mol2", "UNI.uni"}) {
+        EXPECT_THAT(writing, HasSubstr("Not saving molecule to " + folder + "Save/Molecules/" + name + "\n"));
+    }
     MolTrajectoryMem trajectory(&molecule, 1);
-    std::string const notSaved = "Not saving molecule to /share/molecules/MolWizardTest/Save/";
-    EXPECT_EQ(linesBehind(notSaved, printed([&] { TarnexWizard::writeTestMolecule(&molecule); })),
-              (Names{"Molecules/GRO_SINGLE", "Molecules/GRO", "Molecules/MDL.sdf", "Molecules/PDB.pdb",
-                     "Molecules/TRIPOS.mol2", "Molecules/UNI.uni"}));
-    // A failure of the GROMACS writers is -1, which is none to the wizard.
-    EXPECT_EQ(linesBehind(notSaved, printed([&] { TarnexWizard::writeTestMolTrajectory(&trajectory); })),
-              (Names{"MolTrajectories/MDL.sdf", "MolTrajectories/PDB.pdb"}));
+    EXPECT_EQ(printed([&] { TarnexWizard::writeTestMolTrajectory(&trajectory); }),
+              told("write MolTrajectory", 2, folder + "Save/MolTrajectories/MDL.sdf") +
+                  told("write MolTrajectory", 3, folder + "Save/MolTrajectories/PDB.pdb"));
     EXPECT_EQ(printed(TarnexWizard::readTestMolTrajectory), "");
 }
 

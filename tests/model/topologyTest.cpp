@@ -130,9 +130,10 @@ TEST_F(TopologyTest, findsOwnersAmongOverlappingRanges) {
     topology.addGroup(residues, new MtIntraLevelRange(residues, 0, 99));
     for (int i = 0; i < 100000; ++i) topology.addGroup(residues, new MtIntraLevelRange(0, 20 - i, 90 + i));
     McDArray<int> const owners = tarnex::ownersOfMembers(topology, residues, 0);
-    std::vector<int> chosen;
-    for (int atom : {0, 1, 3, 50, 51, 70, 90, 91, 99999}) chosen.push_back(owners[atom]);
-    EXPECT_EQ(chosen, (std::vector{23, 1, 0, 1, 3, 0, 3, 4, 99912}));
+    for (auto [atom, owner] :
+         {std::pair{0, 23}, {1, 1}, {3, 0}, {50, 1}, {51, 3}, {70, 0}, {90, 3}, {91, 4}, {99999, 99912}}) {
+        EXPECT_EQ(owners[atom], owner) << atom;
+    }
 }
 
 TEST_F(TopologyTest, copiesDeeply) {

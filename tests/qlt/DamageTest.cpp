@@ -1,8 +1,6 @@
 #include "qltSamples.h"
 #include "support/qltBytes.h"
 
-#include <sys/stat.h>
-
 namespace {
 
 using namespace tarnex::test;
@@ -46,27 +44,17 @@ TEST_F(QltDamage, EveryChangedByteAndEveryCutIsRefused) {
     Bundle sources;
     sources.append(sampleOf(fullTopology(), 2));
     sources.append(sampleOf(smallTopology(), 1));
-    std::string const bad = scratchPath("bad");
-    ASSERT_TRUE(tarnex::writeQltBundle(sources, bad.c_str()));
-    std::string const good = readFile(bad);
-    ASSERT_EQ(read(bad).size, 2);
-
-    std::fstream file(bad, std::ios::binary | std::ios::in | std::ios::out);
-    auto const putByte = [&](std::size_t place, unsigned value) {
-        file.seekp(static_cast<std::streamoff>(place)).put(static_cast<char>(value)).flush();
-    };
+    std::string const path = scratchPath("good.qlt");
+    ASSERT_TRUE(tarnex::writeQltBundle(sources, path.c_str()));
+    std::string const good = readFile(path);
+    ASSERT_EQ(sizeOf(good), 2);
     for (std::size_t i = 0; i < good.size(); ++i) {
-        auto const byte = static_cast<unsigned char>(good[i]);
-        for (unsigned bits : {0x01U, 0x80U, 0xFFU}) {
-            putByte(i, byte ^ bits);
-            ASSERT_EQ(read(bad).size, 0) << "byte " << i << " of " << good.size();
+        for (int bits : {0x01, 0x80, 0xFF}) {
+            std::string bad = good;
+            bad[i] = static_cast<char>(bad[i] ^ bits);
+            ASSERT_EQ(sizeOf(bad), 0) << "byte " << i << " of " << good.size();
         }
-        putByte(i, byte);
-    }
-    ASSERT_EQ(readFile(bad), good);
-    for (std::size_t length = good.size(); length-- > 0;) {
-        std::filesystem::resize_file(bad, length);
-        ASSERT_EQ(read(bad).size, 0) << "cut at " << length;
+        ASSERT_EQ(sizeOf(good.substr(0, i)), 0) << "cut at " << i;
     }
     for (std::string const& other : {good + '\0', good + good, good.substr(1)}) EXPECT_EQ(sizeOf(other), 0);
 }
@@ -84,17 +72,6 @@ TEST_F(QltDamage, PartsOfTwoFilesAreRefused) {
     std::size_t const index = good.size() - 40;
     EXPECT_EQ(sizeOf(good.substr(0, 48) + swapped.substr(48)), 0);
     EXPECT_EQ(sizeOf(good.substr(0, steps) + swapped.substr(steps, index - steps) + good.substr(index)), 0);
-}
-
-TEST_F(QltDamage, WhatIsNoFileGivesNothing) {
-    ASSERT_EQ(mkfifo(scratchPath("pipe").c_str(), 0600), 0);
-    for (std::string const& path : {scratchPath("missing"), scratchPath(""), scratchPath("pipe")}) {
-        EXPECT_EQ(read(path).size, 0) << path;
-    }
-    Bundle earlierResult;
-    earlierResult.append(sampleOf(smallTopology(), 1));
-    MolTrajectoryVRK::readBundle(nullptr, earlierResult);
-    EXPECT_EQ(earlierResult.size, 0);
 }
 
 // Files whose checksums are right, made by hand to do harm.

@@ -62,8 +62,6 @@ TEST_F(QltWriting, WhatCannotBeStoredFailsAndLeavesNothing) {
     });
 }
 
-class Thrown {};
-
 TEST_F(QltWriting, SourcesThatFail) {
     using Coords = McDArray<McVec3f>;
     MadeTrajectory unreadable(smallTopology(), 3, [](int step, Coords&) { return step < 2; });
@@ -73,8 +71,8 @@ TEST_F(QltWriting, SourcesThatFail) {
         return true;
     });
     expectRefused("more coordinates than atoms", &oversized);
-    MadeTrajectory throwing(smallTopology(), 1, [](int, Coords&) -> bool { throw Thrown(); });
-    EXPECT_THROW(write(&throwing, name), Thrown);
+    MadeTrajectory throwing(smallTopology(), 1, [](int, Coords&) -> bool { throw std::bad_alloc(); });
+    EXPECT_THROW(write(&throwing, name), std::bad_alloc);
     expectRefused("no source", nullptr);
 
     McHandle<MolTopology> const topology = smallTopology();
@@ -110,14 +108,19 @@ TEST_F(QltWriting, FullDiskIsNoticed) {
     EXPECT_GT(fs::file_size(name), 600U * 1024U);
 }
 
-TEST_F(QltWriting, OnlyOrdinaryFilesAreReplaced) {
-    McHandle<MolTrajectory> const source = sampleOf(smallTopology(), 1);
+TEST_F(QltWriting, OnlyOrdinaryFilesAreReadAndReplaced) {
+    Bundle bundle;
+    bundle.append(sampleOf(smallTopology(), 1));
+    McHandle<MolTrajectory> const source = bundle[0];
     std::string const pipe = scratchPath("pipe");
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
     for (std::string const& place : {pipe, scratchPath("none/file.qlt"), scratchPath(""), std::string()}) {
         EXPECT_FALSE(write(source, place)) << place;
+        EXPECT_EQ(read(place).size, 0) << place;
     }
     EXPECT_FALSE(MolTrajectoryVRK::writeQLTMolTrajectory(source, nullptr));
+    MolTrajectoryVRK::readBundle(nullptr, bundle);
+    EXPECT_EQ(bundle.size, 0) << "nothing is left of an earlier result";
     EXPECT_TRUE(fs::is_fifo(pipe));
     fs::remove(pipe);
     expectUntouched("a wrong place");

@@ -29,10 +29,8 @@ std::string randomText(Random& random) {
         auto const length = static_cast<std::size_t>(996 + pick(random, 8));
         text.insert(static_cast<std::size_t>(pick(random, static_cast<int>(text.size()) + 1)), length, 'y');
     }
-    if (pick(random, 4) == 0) { // plain lines, with a pair of line ends among them
-        std::string lines;
-        while (lines.size() < 1000) lines += std::string(static_cast<std::size_t>(pick(random, 30)), 'x') + "\n";
-        text += lines.insert(static_cast<std::size_t>(pick(random, 1000)), pick(random, 3) == 0 ? "\r\n" : "\n\r");
+    for (int i = pick(random, 2) * 200; i > 0; --i) {
+        text += std::string(static_cast<std::size_t>(pick(random, 30)), 'x') + (pick(random, 20) == 0 ? "\n\r" : "\n");
     }
     return text;
 }
@@ -170,12 +168,12 @@ class Scanning : public testing::Test {};
 using Scanners = testing::Types<tokenizer, lengthizer>;
 TYPED_TEST_SUITE(Scanning, Scanners);
 
-/// Mostly in blocks of a few bytes, so that every kind of text lies across their borders.
+/// Also in blocks of a few bytes, so that every kind of text lies across their borders.
 TYPED_TEST(Scanning, equalsCharacterByCharacterReading) {
-    for (unsigned seed = 0; seed < 3000 && !this->HasFailure(); ++seed) {
+    for (unsigned seed = 0; seed < 2000 && !this->HasFailure(); ++seed) {
         Random random(seed);
         std::string const text = randomText(random);
-        int const blockSize = pick(random, 3) == 0 ? 4000 : pick(random, 40);
+        int const blockSize = pick(random, 2) == 0 ? 4000 : pick(random, 40);
         TypeParam fast(writeFile("text", text).c_str(), static_cast<std::size_t>(blockSize));
         SlowScanner slow{text};
         long position = 0;
@@ -194,10 +192,9 @@ TYPED_TEST(Scanning, equalsCharacterByCharacterReading) {
 }
 
 TYPED_TEST(Scanning, takesWhatCannotBeReadAsEmpty) {
-    std::string const directory = scratchPath(""), missing = directory + "no such file";
-    for (std::string const& name : {missing, directory}) {
+    for (std::string const& name : {scratchPath(""), scratchPath("missing")}) {
         TypeParam scanner(name.c_str());
-        EXPECT_EQ(scanner.isOpen(), name == directory);
+        EXPECT_EQ(scanner.isOpen(), name == scratchPath(""));
         EXPECT_STREQ(scanner.getUntrimmedLineString(), "");
         scanner.nextLine();
         EXPECT_TRUE(scanner.eof);

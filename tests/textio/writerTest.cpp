@@ -60,7 +60,7 @@ TEST(writer, passesOnTextsOfAnyLength) {
                   for (int i = 0; i < 30000; ++i) {
                       out.write(i);
                       out.writeColumns("k", 1, 1 + i % 9, 0);
-                      expected += std::to_string(i) + (i % 9 == 0 ? "k" : std::string(9, ' ').substr(9 - i % 9) + "k");
+                      expected += std::to_string(i) + std::string(static_cast<std::size_t>(i % 9), ' ') + "k";
                   }
                   out.flush();
                   std::fputs("direct", out.file);

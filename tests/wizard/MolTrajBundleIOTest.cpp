@@ -1,7 +1,12 @@
 #include "formats/MolTrajBundleIO.h"
 
+#include "formats/UniChemIO.h"
+#include "qlt/MolTrajectoryVRK.h"
 #include "support/model.h"
 #include "support/testing.h"
+#include "wizard/TarnexWizard.h"
+
+#include <memory>
 
 namespace {
 
@@ -79,13 +84,17 @@ TEST(MolTrajBundleIO, LoadsFilesOfSeveralFormatsAndSkipsTheRest) {
     std::filesystem::create_directory(scratchPath("sub"));
     writeFile("sub/my file.sdf", sdfRecord);
     writeFile("a\\b.sdf", sdfRecord);
+    std::unique_ptr<Molecule> const molecule(
+        TarnexWizard::readMolecule(scratchPath("in.sdf").c_str(), TarnexWizard::ReadMolecules::READ_AUTO, nullptr));
+    ASSERT_TRUE(UniChemIO(nullptr, nullptr).writeUniChemMolecule(molecule.get(), scratchPath("u.uni").c_str()));
+    ASSERT_TRUE(MolTrajectoryVRK::writeQLTMolecule(molecule.get(), scratchPath("q.qlt").c_str()));
 
     Loaded const loaded(writeFile("self.bundle",
                                   "MoleculeBundle\nmodels.pdb in.sdf # and more\n"
-                                  "m.mol2\t\"sub/my file.sdf\" \"\" self.bundle no.qlt a\\b.sdf lost.sdf"));
+                                  "m.mol2\t\"sub/my file.sdf\" \"\" self.bundle no.qlt a\\b.sdf u.uni q.qlt lost.sdf"));
     EXPECT_EQ(loaded.messages, "");
     // Of an SD file only the first record is read.
-    EXPECT_EQ(loaded.names(), (Names{"models.pdb", "in.sdf", "m.mol2", "my file.sdf", "b.sdf"}));
+    EXPECT_EQ(loaded.names(), (Names{"models.pdb", "in.sdf", "m.mol2", "my file.sdf", "b.sdf", "u.uni", "q.qlt"}));
     for (McHandle<MolTrajectory> const& trajectory : loaded.bundle) EXPECT_EQ(placesOf(trajectory, 0), "1,2,3");
     EXPECT_EQ(loaded.bundle[0]->getNumTimeSteps(), 2);
     EXPECT_THAT(loaded.printed, HasSubstr("type: 8\nNot saving molecule to " + scratchPath("self.bundle\n")));

@@ -84,6 +84,7 @@ TEST(McString, countsItsTerminatorAndGrowsOnce) {
 
 TEST(McString, takesItsOwnText) {
     McString text("abc");
+    EXPECT_TRUE(text < "abd" && "abd" > text && text >= "abc" && !("abd" <= text) && McString("B") < McString("a"));
     for (int i = 0; i < 6; ++i) text += text;
     text.append(text.data + 190);
     text.append(text.data + text.length(), 1);

@@ -176,6 +176,16 @@ TEST(SharedPool, keepsTheMemoryOfMoleculesThatOutliveEachOther) {
     EXPECT_THAT(valuesOf(kept.get(), 0, "name"), testing::MatchesRegex(".*long name 5002[|][|]a long.* 5019"));
 }
 
+/// A group of a host's own.
+struct AlignedGroup : MtDynamicGroup {
+    alignas(16) char values[16];
+};
+
+TEST(MtGroup, isAlignedAsItsClassAsks) {
+    std::unique_ptr<AlignedGroup> const first(new AlignedGroup), second(new AlignedGroup);
+    for (auto const& group : {first.get(), second.get()}) EXPECT_EQ(reinterpret_cast<std::uintptr_t>(group) % 16, 0U);
+}
+
 /// Groups move up by 10; group 5 is removed.
 struct Renumbering : MtGroupRefTranslator {
     MtGroupRef translate(MtGroupRef ref) override { return {ref.levelIx, ref.groupIx == 5 ? -1 : ref.groupIx + 10}; }

@@ -28,8 +28,13 @@ TEST_F(Output, keepsLinksModesAndDevices) {
         umask(mask);
         EXPECT_EQ(modeOf(fresh), 0640U) << fresh;
     }
-    runSilently("convert --to sdf ligands.sdf /dev/null");
-    EXPECT_TRUE(std::filesystem::is_character_file("/dev/null"));
+    mkfifo(scratchPath("pipe").c_str(), 0600);
+    int const reader = open(scratchPath("pipe").c_str(), O_RDONLY | O_NONBLOCK);
+    runSilently("convert --to sdf ligands.sdf pipe");
+    EXPECT_TRUE(std::filesystem::is_fifo(scratchPath("pipe")));
+    char start[8] = "";
+    EXPECT_EQ(read(reader, start, sizeof start), 8);
+    close(reader);
 }
 
 /// Everything up to a text, or up to the end.

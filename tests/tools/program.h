@@ -54,6 +54,7 @@ public:
             setrlimit(RLIMIT_FSIZE, &limit);
             std::signal(SIGXFSZ, SIG_IGN);
         }
+        std::signal(SIGINT, SIG_DFL); // ignored where a shell has put the tests into the background
         execv(pointers[0], pointers.data());
         _exit(127);
     }

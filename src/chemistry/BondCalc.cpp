@@ -36,22 +36,11 @@ BondableAtoms collectAtoms(McDArray<McVec3f> const& coords, MolTopology const& t
     return atoms;
 }
 
-void releaseHydrogen(int atom, BondableAtoms& atoms) {
-    if (atom >= 0 && atom < atoms.elements.size && atoms.elements[atom] == hydrogen) atoms.elements[atom] = 0;
-}
-
-/// A hydrogen that has a bond gets no other.
-void finishBondedHydrogens(MolTopology const& topology, McDArray<PerceivedBond> const& bonds, BondableAtoms& atoms) {
+void finishHydrogensWithBonds(MolTopology const& topology, BondableAtoms& atoms) {
     for (MtGroup const* group : topology.levels[1]->groups) {
         int a = 0;
         int b = 0;
-        if (!getBondAtoms(group, a, b) || a == b) continue;
-        releaseHydrogen(a, atoms);
-        releaseHydrogen(b, atoms);
-    }
-    for (PerceivedBond const& bond : bonds) {
-        releaseHydrogen(bond.atomA(), atoms);
-        releaseHydrogen(bond.atomB(), atoms);
+        if (getBondAtoms(group, a, b) && a != b) atoms.finishHydrogensOf(a, b);
     }
 }
 
@@ -115,7 +104,7 @@ PerceivedBonds perceive(MolObject const& object, MolTopology& topology, McBitfie
     BondableAtoms atoms = collectAtoms(coordinatesOf(object, copy), topology, selected);
     ResidueKnowledge residues;
     if (byResidues) residues.findTemplateBonds(topology, atoms, bonds.byName);
-    finishBondedHydrogens(topology, bonds.byName, atoms);
+    finishHydrogensWithBonds(topology, atoms);
     findDistanceBonds(atoms, residues, bonds.byDistance);
     sortByAtoms(bonds.byName, atoms.elements.size);
     sortByAtoms(bonds.byDistance, atoms.elements.size);

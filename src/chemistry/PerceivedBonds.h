@@ -17,6 +17,13 @@ struct BondableAtoms {
     McVec3f const* coords = nullptr;
     /// Atomic numbers; 0 for an atom that takes no part, or no further part since it has all its bonds.
     McDArray<unsigned char> elements;
+
+    /// To be told of a bond: a hydrogen that has one gets no other.
+    void finishHydrogensOf(int atomA, int atomB) {
+        for (int const atom : {atomA, atomB}) {
+            if (atom >= 0 && atom < elements.size && elements[atom] == hydrogen) elements[atom] = 0;
+        }
+    }
 };
 
 /// A bond in eight bytes, since millions of them are sorted. They are in the order of their two atoms.

@@ -94,7 +94,7 @@ void ResidueKnowledge::noteSecondOfName(int atom, BondableAtoms const& atoms) {
     if (!hasAlternates || atoms.elements[atom] == hydrogen) names[atom].templateAtom = unknownName;
 }
 
-void ResidueKnowledge::appendBonds(ResidueTemplate const& residue, BondableAtoms const& atoms,
+void ResidueKnowledge::appendBonds(ResidueTemplate const& residue, BondableAtoms& atoms,
                                    McDArray<PerceivedBond>& bonds) const {
     std::int64_t const begin = bonds.size;
     for (TemplateBond const& bond : residue.bonds) {
@@ -102,6 +102,7 @@ void ResidueKnowledge::appendBonds(ResidueTemplate const& residue, BondableAtoms
         int const b = atomOfName[bond.atomB];
         if (a < 0 || b < 0 || atoms.coords[a] == atoms.coords[b]) continue;
         bonds.append(PerceivedBond(a, b, bond.order));
+        atoms.finishHydrogensOf(a, b);
     }
     // The atoms of most residues stand behind each other, so that all bonds are in order then.
     std::sort(bonds.begin() + begin, bonds.end());

@@ -14,7 +14,8 @@ namespace tarnex {
 class ResidueKnowledge {
 public:
     /// Finds the templates of residues and atoms and appends the bonds that the names of atoms tell. The element of a
-    /// known atom becomes that of the template; known ions and massless sites of water models take no further part.
+    /// known atom becomes that of the template; known ions, massless sites of water models and hydrogens with a bond
+    /// take no further part.
     void findTemplateBonds(MolTopology& topology, BondableAtoms& atoms, McDArray<PerceivedBond>& bonds);
 
     /// The order of the bond that two atoms have if they are within bonding distance; 0 if they have none all the same.
@@ -31,7 +32,7 @@ private:
 
     void identify(int atom, int templateAtom, ResidueTemplate const& residue, BondableAtoms& atoms);
     void noteSecondOfName(int atom, BondableAtoms const& atoms);
-    void appendBonds(ResidueTemplate const& residue, BondableAtoms const& atoms, McDArray<PerceivedBond>& bonds) const;
+    void appendBonds(ResidueTemplate const& residue, BondableAtoms& atoms, McDArray<PerceivedBond>& bonds) const;
     bool isWater(int atom) const { return templates[residueOfAtom[atom]]->kind == ResidueKind::water; }
 
     FirstOwners residueOfAtom;

@@ -21,7 +21,7 @@ MtFloatAttribute* MtFloatAttribute::duplicate(McDArray<MtGroup*> const& groupsOf
 MtStringAttribute::~MtStringAttribute() = default;
 
 template <class Store>
-void MtStringAttribute::replace(int group, Store&& store) {
+void MtStringAttribute::replaceBy(int group, Store&& store) {
     tarnex::TextSlot& slot = slots.at(group, *groups, pool);
     if (nameIndex) nameIndex->leave(group);
     store(slot);
@@ -32,17 +32,16 @@ void MtStringAttribute::setValue(int group, char const* value) {
     if (!hasGroup(group)) return;
     std::size_t const length = value ? std::strlen(value) : 0;
     if (length <= tarnex::ShortText::maxLength) return setValue(group, tarnex::ShortText(value, length));
-    replace(group, [&](tarnex::TextSlot& slot) { storeLong(slot, value, length); });
+    replaceBy(group, [&](tarnex::TextSlot& slot) { storeLong(slot, value, length); });
 }
 
-void MtStringAttribute::setValue(int group, tarnex::ShortText value) {
-    if (!hasGroup(group)) return;
+void MtStringAttribute::replace(int group, tarnex::ShortText value) {
     if (tarnex::TextSlot::fits(value)) {
-        replace(group, [&](tarnex::TextSlot& slot) { slot = tarnex::TextSlot(value); });
+        replaceBy(group, [&](tarnex::TextSlot& slot) { slot = tarnex::TextSlot(value); });
     } else {
         char text[tarnex::ShortText::room];
         value.put(text);
-        replace(group, [&](tarnex::TextSlot& slot) { storeLong(slot, text, value.length()); });
+        replaceBy(group, [&](tarnex::TextSlot& slot) { storeLong(slot, text, value.length()); });
     }
 }
 

@@ -133,7 +133,11 @@ public:
     /// Keeps a copy of the text, which may be one of this attribute's own; null counts as the empty string. A group
     /// that does not exist in the level is ignored.
     void setValue(int group, char const* value);
-    void setValue(int group, tarnex::ShortText value);
+    void setValue(int group, tarnex::ShortText value) {
+        if (!hasGroup(group)) return;
+        if (nameIndex || !tarnex::TextSlot::fits(value)) return replace(group, value);
+        slots.at(group, *groups, pool) = tarnex::TextSlot(value);
+    }
     /// The empty string for a value that was never set and for a group that does not exist. The pointer is good until
     /// a value of this attribute is set or inserted.
     char const* getValue(int group) const {
@@ -151,8 +155,9 @@ private:
     MtStringAttribute(MtStringAttribute const& other, McDArray<MtGroup*> const& groupsOfLevel)
         : MtGroupAttribute(other.getName(), groupsOfLevel), slots(other.slots), longTexts(other.longTexts) {}
 
+    void replace(int group, tarnex::ShortText value);
     template <class Store>
-    void replace(int group, Store&& store);
+    void replaceBy(int group, Store&& store);
     void storeLong(tarnex::TextSlot& slot, char const* value, std::size_t length);
 
     tarnex::GroupValues<tarnex::TextSlot> slots;

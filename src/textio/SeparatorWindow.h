@@ -40,15 +40,17 @@ public:
         ends = outside & ~(outside << 1U | 1U) & piece;
     }
 
-    /// Takes the next token that ends in the piece; false if there is none.
-    bool take(char const*& begin, char const*& end) {
-        if (!ends) return false;
-        if (!begins) __builtin_unreachable(); // each end has a beginning ahead of it
-        begin = text + std::countr_zero(begins);
-        end = text + std::countr_zero(ends);
-        begins &= begins - 1;
-        ends &= ends - 1;
-        return true;
+    /// Puts the tokens that end in the piece, each with its begin and end, from `token` on and ahead of `last`. Returns
+    /// the place behind them.
+    template <class Token>
+    Token* take(Token* token, Token* last) const {
+        std::uint64_t begin = begins;
+        for (std::uint64_t end = ends; end && token != last; end &= end - 1) {
+            if (!begin) __builtin_unreachable(); // each end has a beginning ahead of it
+            *token++ = {text + std::countr_zero(begin), text + std::countr_zero(end)};
+            begin &= begin - 1;
+        }
+        return token;
     }
 
 private:

@@ -58,7 +58,7 @@ char const* lengthizer::getString(char* destination, unsigned char width) {
 /// The text from the next field's first character other than a blank up to its last column, if that is at hand. Nothing
 /// is passed.
 std::string_view lengthizer::peekNumber(unsigned char width) const {
-    if (blockEnd - cursor < width || target != buffer) return {};
+    if (blockEnd - cursor < width || target != buffer) return "";
     char const* const limit = cursor + width;
     char const* const first = tarnex::skipBlanks(cursor, limit);
     return {first, static_cast<std::size_t>(limit - first)};

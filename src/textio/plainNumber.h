@@ -2,14 +2,13 @@
 
 #include "textio/textScan.h"
 
-#include <array>
 #include <string_view>
 
 /// The fast road from texts to numbers. It takes texts that are a plain number as a whole and refuses all others, which
 /// then go to the C library. Seven characters behind a text may be looked at.
 namespace tarnex {
 
-/// At most eight characters behind an optional sign.
+/// At most eight characters behind an optional sign. The text has a first character, even if its length is 0.
 struct ShortNumber {
     bool negative;
     /// Without the sign.
@@ -18,9 +17,8 @@ struct ShortNumber {
     std::uint64_t digits = 0;
 
     explicit ShortNumber(std::string_view text) {
-        char const front = text.empty() ? '\0' : text.front();
-        negative = front == '-';
-        int const signs = static_cast<int>(negative) | static_cast<int>(front == '+');
+        negative = *text.data() == '-';
+        int const signs = static_cast<int>(negative) | static_cast<int>(*text.data() == '+');
         length = static_cast<std::ptrdiff_t>(text.size()) - signs;
         if (fits()) digits = alignRight(loadWord(text.data() + signs) ^ repeated('0'), length);
     }
@@ -61,13 +59,10 @@ inline bool parseShortInt(std::string_view text, int& value) {
     return true;
 }
 
-/// A magnitude with its sign, without a branch: nobody can guess the signs of coordinates.
-inline double withSign(double magnitude, bool isNegative) {
-    auto const sign = static_cast<std::uint64_t>(isNegative) << 63U;
-    return std::bit_cast<double>(std::bit_cast<std::uint64_t>(magnitude) | sign);
-}
-
-inline constexpr std::array<double, 8> shortPowersOfTen = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7};
+/// Those of positive numbers and those of negative ones. Dividing by them gives a number its sign without a branch:
+/// nobody can guess the signs of coordinates.
+inline constexpr double signedPowersOfTen[2][8] = {{1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7},
+                                                   {-1e0, -1e1, -1e2, -1e3, -1e4, -1e5, -1e6, -1e7}};
 
 /// True for a number of at most 8 characters without exponent. Its digits and the power of ten are exact doubles, so
 /// that their quotient is the correctly rounded number.
@@ -75,17 +70,16 @@ inline bool parseShortDouble(std::string_view text, double& value) {
     ShortNumber const number(text);
     if (!number.fits()) return false;
     std::uint64_t digits = number.digits;
-    std::size_t decimals = 0;
-    if (std::uint64_t const points = mark(digits, '.' ^ '0')) {
+    int place = wordLength - 1; // of the point, or of the last digit
+    if (std::uint64_t const points = mark(digits, '.' ^ '0')) [[likely]] {
         if (number.length == 1) return false;
-        int const place = std::countr_zero(points) / 8;
-        std::uint64_t const before = (std::uint64_t{1} << (8 * place)) - 1;
-        digits = (digits & before) << 8U | (digits & ~(before << 8U | 0xffU));
-        decimals = static_cast<std::size_t>(wordLength - 1 - place);
+        std::uint64_t const point = (points & (~points + 1)) >> 7U; // a 1 in its place
+        std::uint64_t const ahead = digits & (point - 1);
+        digits += (ahead << 8U) - ahead - point * ('.' ^ '0');
+        place = std::countr_zero(points) / 8;
     }
     if (!areDigits(digits)) return false;
-    double const magnitude = static_cast<std::int32_t>(joinDigits(digits)) / shortPowersOfTen[decimals];
-    value = withSign(magnitude, number.negative);
+    value = static_cast<std::int32_t>(joinDigits(digits)) / signedPowersOfTen[number.negative][wordLength - 1 - place];
     return true;
 }
 
@@ -117,9 +111,7 @@ public:
         std::uint64_t const ahead = digits & ((std::uint64_t{1} << point) - 1);
         std::uint64_t const withoutPoint = digits >> (point + 8) << (point + 8) | ahead << 8;
         if ((digits >> point & character) != ('.' ^ '0') || !areDigits(withoutPoint)) return false;
-        double const magnitude =
-            static_cast<std::int32_t>(joinDigits(withoutPoint)) / shortPowersOfTen[static_cast<std::size_t>(decimals)];
-        value = withSign(magnitude, isNegative);
+        value = static_cast<std::int32_t>(joinDigits(withoutPoint)) / signedPowersOfTen[isNegative][decimals];
         return true;
     }
 

@@ -53,22 +53,18 @@ std::string_view tokenizer::takeToken() {
 }
 
 int tokenizer::takeTokens(Token* tokens, int count) {
+    auto const placeBehind = [](Token const& token) { return isSeparator(*token.end) ? token.end + 1 : token.end; };
     char const* place = cursor;
-    int taken = 0;
-    while (taken < count) {
-        tarnex::SeparatorWindow window(place);
-        int const takenAhead = taken;
-        while (taken < count && window.take(tokens[taken].begin, tokens[taken].end)) ++taken;
-        if (taken == takenAhead) break;
-        place = tokens[taken - 1].end;
-        if (isSeparator(*place)) ++place;
+    Token* next = tokens;
+    for (Token* const last = tokens + count; next != last; place = placeBehind(next[-1])) {
+        Token* const first = next;
+        next = tarnex::SeparatorWindow(place).take(first, last);
+        if (next == first) break;
     }
     // Behind the block are line ends, which may be none of the file.
-    while (taken > 0 && tokens[taken - 1].end >= blockEnd) --taken;
-    if (taken == 0) return 0;
-    place = tokens[taken - 1].end;
-    cursor = isSeparator(*place) ? place + 1 : place;
-    return taken;
+    while (next != tokens && next[-1].end >= blockEnd) --next;
+    if (next != tokens) cursor = placeBehind(next[-1]);
+    return static_cast<int>(next - tokens);
 }
 
 void tokenizer::getToken() {

@@ -1,11 +1,9 @@
 #pragma once
 
 #include "charmm/MolTrajectoryDCD.h"
+#include "support/Bytes.h"
 #include "support/model.h"
 #include "support/testing.h"
-
-#include <bit>
-#include <cstdint>
 
 namespace tarnex::test {
 
@@ -28,17 +26,11 @@ struct PsfText {
 
     operator std::string() const { return title + atoms + bonds + angles + dihedrals + impropers + donors + acceptors; }
 
-    /// A file of atoms alone.
+    /// A file of atoms that are all alike.
     static PsfText ofAtoms(int count) {
-        PsfText text{.title = "PSF 0 !NTITLE\n",
-                     .atoms = std::to_string(count) + " !NATOM\n",
-                     .bonds = "0 !NBOND: bonds\n",
-                     .angles = "0 !NTHETA: angles\n",
-                     .dihedrals = "0 !NPHI: dihedrals\n",
-                     .impropers = "0 !NIMPHI: impropers\n",
-                     .donors = "0 !NDON: donors\n"};
-        for (int i = 1; i <= count; ++i) text.atoms += std::to_string(i) + " S 1 R C C 0 12 0\n";
-        return text;
+        std::string atoms = std::to_string(count) + " !NATOM\n";
+        for (int i = 1; i <= count; ++i) atoms += std::to_string(i) + " S 1 R C C 0 12 0\n";
+        return {.atoms = atoms};
     }
 };
 
@@ -50,53 +42,31 @@ struct DcdBytes {
     int fourthDimension = 0;
     bool swapped = false;
     int numTitleLines = 2;
-    /// What the header says, if it is not `numFrames`.
-    int statedFrames = -1;
-    std::string bytes = {};
 
     static float coordinate(int frame, int atom, int axis) {
         return static_cast<float>(frame + 100 * axis) + static_cast<float>(atom) / 8 + 0.5F;
     }
 
-    std::string header() {
-        bytes.clear();
-        std::vector<std::int32_t> control(21, 0);
-        control[1] = statedFrames < 0 ? numFrames : statedFrames;
-        control[11] = unitCell;
-        control[12] = fourthDimension;
-        addRecord(control);
-        bytes.replace(4, 4, "CORD");
-        std::vector<std::int32_t> title(1 + 20 * static_cast<std::size_t>(numTitleLines));
-        title[0] = numTitleLines;
-        addRecord(title);
-        addRecord({numAtoms});
-        return bytes;
-    }
-
-    operator std::string() {
-        header();
+    operator std::string() const {
+        Bytes all{.isBig = swapped};
+        auto const putRecord = [&](int length, auto const& putValues) {
+            all.put(length);
+            putValues();
+            all.put(length);
+        };
+        putRecord(84, [&] { all.raw("CORD").put(numFrames).put(0, 9).put(unitCell).put(fourthDimension).put(0, 8); });
+        putRecord(4 + 80 * numTitleLines, [&] { all.put(numTitleLines).put(0, 20 * numTitleLines); });
+        putRecord(4, [&] { all.put(numAtoms); });
         for (int frame = 0; frame < numFrames; ++frame) {
-            if (unitCell == 1) addRecord(std::vector<std::int32_t>(12, 7));
+            if (unitCell == 1) putRecord(48, [&] { all.put(7, 12); });
             for (int axis = 0; axis < 3; ++axis) {
-                std::vector<std::int32_t> row;
-                for (int i = 0; i < numAtoms; ++i)
-                    row.push_back(std::bit_cast<std::int32_t>(coordinate(frame, i, axis)));
-                addRecord(row);
+                putRecord(4 * numAtoms, [&] {
+                    for (int i = 0; i < numAtoms; ++i) all.put(coordinate(frame, i, axis));
+                });
             }
-            if (fourthDimension == 1) addRecord(std::vector<std::int32_t>(static_cast<std::size_t>(numAtoms), 9));
+            if (fourthDimension == 1) putRecord(4 * numAtoms, [&] { all.put(9, numAtoms); });
         }
-        return bytes;
-    }
-
-    void addInt(std::int32_t value) {
-        auto const word = swapped ? __builtin_bswap32(static_cast<std::uint32_t>(value)) : std::uint32_t(value);
-        bytes.append(reinterpret_cast<char const*>(&word), sizeof word);
-    }
-    void addRecord(std::vector<std::int32_t> const& values) {
-        auto const length = static_cast<std::int32_t>(4 * values.size());
-        addInt(length);
-        for (std::int32_t value : values) addInt(value);
-        addInt(length);
+        return all.bytes;
     }
 };
 
@@ -124,11 +94,11 @@ struct OpenedTrajectory {
     /// What getting a frame comes to.
     std::string frame(int step) const {
         Molecule molecule(trajectory->getTopology(), false);
-        molecule.coords[0] = McVec3f(-1, -1, -1);
+        for (McVec3f& place : molecule.coords) place = McVec3f(-1, -1, -1);
         try {
             if (!trajectory->getTimeStep(step, &molecule)) return "false";
         } catch (DCDException const& exception) {
-            EXPECT_EQ(molecule.coords[0], McVec3f(-1, -1, -1));
+            for (McVec3f const& place : molecule.coords) EXPECT_EQ(place, McVec3f(-1, -1, -1));
             return static_cast<char const*>(exception.message);
         }
         for (int i = 0; i < 3 * molecule.coords.size; ++i) {

@@ -1,31 +1,11 @@
 #pragma once
 
+#include "support/Bytes.h"
 #include "support/model.h"
 
-#include <bit>
-#include <cstdint>
 #include <memory>
 
 namespace tarnex::test {
-
-/// Bytes in big-endian order, put together by hand.
-struct BigBytes {
-    template <class Number>
-    BigBytes& put(Number number, int count = 1) {
-        using Word = std::conditional_t<sizeof(Number) == 4, std::uint32_t, std::uint64_t>;
-        auto const word = std::bit_cast<Word>(number);
-        for (; count > 0; --count) {
-            for (int shift = 8 * sizeof(Word) - 8; shift >= 0; shift -= 8)
-                bytes += static_cast<char>(word >> shift & 0xffU);
-        }
-        return *this;
-    }
-    BigBytes& raw(std::string const& text) {
-        bytes += text;
-        return *this;
-    }
-    std::string bytes;
-};
 
 /// A frame as a file may hold it. Each array is filled with one number, apart from the positions, which count up from
 /// `position` in steps of one.
@@ -39,7 +19,7 @@ struct Frame {
     int claimedAtoms = numAtoms;
 
     std::string bytes() const {
-        BigBytes all;
+        Bytes all{.isBig = true};
         all.put(1993).put(strLen).raw(version).put(0, 2).put(hasBox).put(hasVirial).put(hasPressure).put(0, 2);
         all.put(hasPositions).put(hasVelocities).put(hasForces);
         all.put(claimedAtoms).put(7).put(0).put(Real(2.5)).put(Real(0.5));

@@ -76,7 +76,7 @@ TEST_F(GromacsWriter, NamesOfFiles) {
 /// Two frames of an atom. The sizes are those of double precision in both.
 template <class Real>
 std::string twoFrames() {
-    BigBytes all;
+    Bytes all{.isBig = true};
     for (int const step : {0, 1}) {
         all.put(1993).put(13).put(12).raw("GMX_trn_file").put(0, 2).put(72).put(0, 4).put(24).put(0, 2);
         all.put(1).put(step).put(0).put(Real(0), 2);

@@ -34,13 +34,13 @@ TEST_F(QltRoundTrip, BytesOfASmallFile) {
     std::string const name = scratchPath("small.qlt");
     ASSERT_TRUE(MolTrajectoryVRK::writeQLTMolecule(&molecule, name.c_str()));
 
-    QltBytes section;
+    Bytes section;
     section.text("small").u32(2);
     section.text("").i32(-1).i32(12).i32(-1).u8(0x23).u8(1).u32(2).u8(0).u32(0);
     section.text("").i32(0).i32(12).i32(-1).u8(0x23).u8(2).u32(1).i32(1).i32(0).u8(0);
     section.u32(1).u8(1).text("type").u32(1).i32(2);
     section.u32(1).u8(3).text("note").u64(2).raw("hi");
-    QltBytes step;
+    Bytes step;
     step.u32(0x3F800000).u32(0xC0000000).u32(0x3F000000).u32(0).u32(0).u32(0);
     EXPECT_EQ(readFile(name), (QltFile{section.bytes, 2, {step.bytes}}.bytes()));
 }

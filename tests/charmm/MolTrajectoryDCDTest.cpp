@@ -83,16 +83,13 @@ TEST(MolTrajectoryDCD, HeaderFlagsAndCountsAreTakenAsTheyStand) {
 
 TEST(MolTrajectoryDCD, RefusesWhatDoesNotFit) {
     std::string const whole = DcdBytes();
-    auto const of64Bits = [](std::uint64_t first) {
-        return std::string(reinterpret_cast<char const*>(&first), sizeof first) + std::string(200, '\0');
-    };
     std::string const noEndian = "Cannot determine endian type", wide = "Can't handle 64 bit data !";
     std::vector<std::pair<std::string, std::string>> cases = {
         {DcdBytes{.numAtoms = 7}, wrongNumber(7, 6)},
         {"", noEndian},
         {"CORD and more", noEndian},
-        {of64Bits(21), wide},
-        {of64Bits(__builtin_bswap64(21)), wide},
+        {Bytes().u64(21).put(0, 50).bytes, wide},
+        {Bytes{.isBig = true}.u64(21).put(0, 50).bytes, wide},
         // The count of title lines leads behind the end, or in front of the start.
         {std::string(whole).replace(96, 4, "\xff\xff\xff\x7f"), wrongNumber(0, 6)},
         {std::string(whole).replace(96, 4, std::string("\0\0\0\x80", 4)), wrongNumber(0, 6)}};

@@ -2,6 +2,7 @@
 
 #include "foundation/McProgressInterface.h"
 
+#include <csignal>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -9,6 +10,7 @@
 #include <memory>
 #include <sstream>
 #include <string>
+#include <sys/resource.h>
 #include <vector>
 
 namespace tarnex::test {
@@ -64,6 +66,20 @@ std::string printed(Call&& call) {
     call();
     std::fflush(stdout);
     return testing::internal::GetCapturedStdout();
+}
+
+/// The result of a call during which no file grows beyond a number of bytes, as on a full disk.
+template <class Call>
+auto onFullDisk(rlim_t numBytes, Call&& call) {
+    rlimit before = {};
+    EXPECT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
+    rlimit const low = {numBytes, before.rlim_max};
+    auto const oldHandler = std::signal(SIGXFSZ, SIG_IGN);
+    EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &low), 0);
+    auto const result = call();
+    setrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, oldHandler);
+    return result;
 }
 
 /// Writes down every call and asks to stop at the question number `stopAt`, counted from 1; never for 0.

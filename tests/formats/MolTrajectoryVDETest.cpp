@@ -6,6 +6,7 @@
 
 #include <cmath>
 #include <limits>
+#include <locale>
 #include <random>
 
 namespace {
@@ -57,34 +58,38 @@ TEST(MolTrajectoryVDE, EachStepHasBondsOfItsOwn) {
 }
 
 TEST(MolTrajectoryVDE, BadFilesGiveWhatCanBeRead) {
-    struct {
-        std::string text;
-        int atoms;
-        int bonds;
-    } const cases[] = {
-        {"", 0, 0},
-        {"three\n", 0, 0},
-        {"2000000000\n0 0 0 1 1 1 1", 1, 0},
-        {"2000000000\n0 0 0 1 1 1 1\n", 2, 0}, // the record that the file ends in
-        {"-3\n1\n0 0 0 1 1 1\n", 0, 0},
-        {threeAtoms + "2000000000\n0 0 0 1 0 0", 3, 1},
-        {threeAtoms + "2000000000\n0 0 0 1 0 0\n", 3, 2},
-        {threeAtoms + "2\nnan 0 0 1 0 0\n", 3, 1},
-        {threeAtoms + "1\n1e30 0 0 1 0 0\n", 3, 0},                                  // no distance in single precision
-        {threeAtoms + "1" + std::string(298, ' ') + "\n0 0 0\n1 0 0 5 0 0\n", 3, 1}, // a line of 300 takes the next one
-    };
-    for (auto const& c : cases) {
-        McHandle<MolTrajectoryVDE> const vde = opened({c.text});
+    for (auto const& [text, atoms, bonds] : {
+             std::tuple{std::string(), 0, 0},
+             {"three\n", 0, 0},
+             {"2000000000\n0 0 0 1 1 1 1", 1, 0},
+             {"2000000000\n0 0 0 1 1 1 1\n", 2, 0}, // the record that the file ends in
+             {"-3\n1\n0 0 0 1 1 1\n", 0, 0},
+             {threeAtoms + "2000000000\n0 0 0 1 0 0", 3, 1},
+             {threeAtoms + "2000000000\n0 0 0 1 0 0\n", 3, 2},
+             {threeAtoms + "2\nnan 0 0 1 0 0\n", 3, 1},
+             {threeAtoms + "1\n1e30 0 0 1 0 0\n", 3, 0}, // no distance in single precision
+             {threeAtoms + "1" + std::string(298, ' ') + "\n0 0 0\n1 0 0 5 0 0\n", 3,
+              1}, // a line of 300 takes the next one
+         }) {
+        McHandle<MolTrajectoryVDE> const vde = opened({text});
         Molecule molecule(new MolTopology, true);
         EXPECT_TRUE(vde->getTimeStep(0, &molecule));
-        EXPECT_EQ(molecule.getNumAtoms(), c.atoms) << c.text;
-        EXPECT_EQ(molecule.getTopology()->levels[1]->groups.size, c.bonds) << c.text;
+        EXPECT_EQ(molecule.getNumAtoms(), atoms) << text;
+        EXPECT_EQ(molecule.getTopology()->levels[1]->groups.size, bonds) << text;
     }
 }
 
-TEST(MolTrajectoryVDE, PartsAreReadFromAnyStream) {
+/// Numbers such as 1.000,5.
+struct DecimalComma : std::numpunct<char> {
+    char do_decimal_point() const override { return ','; }
+    char do_thousands_sep() const override { return '.'; }
+    std::string do_grouping() const override { return "\3"; }
+};
+
+TEST(MolTrajectoryVDE, PartsAreReadFromAnyStreamWhateverItsLocale) {
     std::istringstream in(threeAtoms + "1" + std::string(299, 'x') + "\n\n0 0 0 1 0 0\n" + threeAtoms +
-                          "1\n5 0 0 0 0 0 rest");
+                          "1\n3.5 0 0 .25 0 0 rest");
+    in.imbue(std::locale(in.getloc(), new DecimalComma));
     MolTrajectoryVDE vde(nullptr, nullptr);
     vde.readBaseTopo(in);
     EXPECT_TRUE(std::unique_ptr<std::ifstream>(vde.openStep(0))->fail());

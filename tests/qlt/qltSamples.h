@@ -67,10 +67,8 @@ inline McHandle<MolTopology> fullTopology() {
 
     setText(topology, 0, "name", 0, "CA");
     setText(topology, 0, "name", 3, "\"O5'\t\xfe");
-    setReal(topology, "charge", 0, -0.0F);
-    setReal(topology, "charge", 1, std::bit_cast<float>(0x7FC12345));
-    setReal(topology, "charge", 2, std::bit_cast<float>(1));
-    setReal(topology, "charge", 4, -std::numeric_limits<float>::infinity());
+    std::uint32_t const charges[] = {0x80000000, 0x7FC12345, 1, 0, 0xFF800000};
+    for (int i = 0; i < 5; ++i) setReal(topology, "charge", i, std::bit_cast<float>(charges[i]));
     setReal(topology, "minus zeros", 0, -0.0F);
     setInteger(topology, 0, "charge", 1, Limits::min());
     topology->getLevel(0)->floatAttribute("never set", MtGroupingLevel::CREATE, true);

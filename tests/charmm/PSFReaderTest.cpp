@@ -62,11 +62,15 @@ TEST(PSFReader, SectionsAnnounceThemselves) {
         {{.title = "PSF\n9999999999 !NTITLE\n"}, missing("!NTITLE")},
         {{.bonds = "4\n\n !NBOND: bonds and more" + fourBonds}, waters},
         {{.bonds = "4 !NBOND:" + fourBonds}, missing("!NBOND: bonds")},
-        {{.bonds = fourBonds}, missing("!NBOND: bonds")},
+        {{.bonds = "four !NBOND: bonds" + fourBonds}, missing("!NBOND: bonds")},
         // A line that does not fit in the reader's buffer puts nothing out of step.
         {{.bonds = "4 !NBOND: bonds" + std::string(186, 'x') + fourBonds}, waters},
         {{.bonds = "4 !NBOND: bonds" + std::string(300, 'x') + fourBonds}, waters},
         {{.angles = ""}, missing("!NTHETA: angles")},
+        {{.dihedrals = ""}, missing("!NPHI: dihedrals")},
+        {{.impropers = ""}, missing("!NIMPHI: impropers")},
+        {{.donors = ""}, missing("!NDON: donors")},
+        {{.acceptors = ""}, missing("!NACC: acceptors")},
         {{.bonds = "2147483647 !NBOND: bonds\n1 2 3"}, missing("!NTHETA: angles")},
     };
     for (auto const& [psf, result] : cases) EXPECT_EQ(readTopology(psf), result);

@@ -155,14 +155,20 @@ TEST_F(GromacsWriter, WhatCannotBeWrittenLeavesNothing) {
         EXPECT_EQ(filesLeft().size(), 2U) << extension;
         EXPECT_EQ(written(older), "older");
     }
-    // The files grow from .gro to .trr, so that a disk is full in the midst of each of them in turn.
-    for (int i = 0; i < 100; ++i) molecule->getTopology()->addBond(new MtBond(0, 1));
+    std::filesystem::remove_all(scratchPath(""));
     MovingTrajectory longer(*molecule, 100);
-    for (rlim_t const numBytes : {100U, 1000U, 10000U}) {
-        std::filesystem::remove_all(scratchPath(""));
-        EXPECT_EQ(onFullDisk(numBytes, [&] { return writeSingle(&longer, "x"); }), -1) << numBytes;
-        EXPECT_THAT(filesLeft(), ElementsAre());
-    }
+    auto const expectFull = [](rlim_t numBytes, auto const& writeFiles, int result) {
+        EXPECT_EQ(onFullDisk(numBytes, writeFiles), result) << numBytes;
+        EXPECT_THAT(filesLeft(), ElementsAre()) << numBytes;
+    };
+    // In the midst of the longer .gro, the longer .top and the .trr file.
+    expectFull(
+        150, [&] { return write(*molecule, "x"); }, 0);
+    for (int i = 0; i < 100; ++i) molecule->getTopology()->addBond(new MtBond(0, 1));
+    expectFull(
+        1000, [&] { return write(*molecule, "x"); }, 0);
+    expectFull(
+        10000, [&] { return writeSingle(&longer, "x"); }, -1);
 }
 
 } // namespace

@@ -1,9 +1,6 @@
 #include "PDBwriteSamples.h"
 #include "qlt/MolTrajectoryVRK.h"
 
-#include <algorithm>
-#include <random>
-
 namespace {
 
 using namespace tarnex::test;
@@ -13,21 +10,23 @@ std::string textOf(McDArray<int> const& table) {
     return joined(table.size, " ", [&](int i) { return std::to_string(table[i]); });
 }
 
-/// "start-end" of each segment.
-std::string textOf(SecInfo const& part) {
-    return joined(part.start.size, " ",
-                  [&](int i) { return std::to_string(part.start[i]) + "-" + std::to_string(part.end[i]); });
-}
-
 /// The tables of the residues and the secondary structure.
 struct ResidueTables {
     explicit ResidueTables(PdbSample const& sample) {
         pdb.writePDBMolecule(sample.molecule.get(), scratchPath("tables.pdb").c_str(), false); // tells it the molecule
         pdb.generateResidueData2(molInfo(sample.topology), sample.topology, order, numbers, chains, structure);
     }
-    /// The segments of a structure, its parts divided by "/".
-    std::string segments(int element) const {
-        return joined(structure[element].size, " / ", [&](int part) { return textOf(structure[element][part]); });
+    /// "start-end" of each segment; "/" divides the parts of a structure, ";" the structures.
+    std::string segments() const {
+        return joined(structure.size, "; ", [&](int element) {
+            return joined(structure[element].size, " / ", [&](int i) {
+                SecInfo const& part = structure[element][i];
+                auto const textOf = [&](int k) {
+                    return std::to_string(part.start[k]) + "-" + std::to_string(part.end[k]);
+                };
+                return joined(part.start.size, " ", textOf);
+            });
+        });
     }
 
     PDBwrite pdb = pdbWriter();
@@ -68,6 +67,7 @@ TEST(PDBwriteTables, NumbersRiseInEachChain) {
     EXPECT_EQ(textOf(tables.order), "0 1 2 3 4 5 6 7 9 10 8 11 12");
 }
 
+/// Each part is scanned as often as it has residues, and each scan goes on in the last segment.
 TEST(PDBwriteTables, SegmentsOfPartsWithGaps) {
     PdbSample p({"ALA 5", "ALA 6", "ALA 9", "ALA 20", "ALA 20", "ALA 20"});
     p.addChain("A", 0, 2);
@@ -75,13 +75,12 @@ TEST(PDBwriteTables, SegmentsOfPartsWithGaps) {
     p.addElement("helix", "2", {});
     p.addElement("turn", "3", {5, 4, 3});
     p.addElement("other", "4", {4, 99, -1, 3});
-    p.addElement("helix", "5", {1, 2, 4, 3}); // the first: numbers what is outside the chains, without gaps till then
+    p.addElement("helix", "5", {1, 2, 4, 3}); // numbers what is outside the chains, without gaps till then
+    p.addElement("helix", "6", {2, 0, 1, 1});
     ResidueTables const tables(p);
-    EXPECT_EQ(tables.segments(0), "0-1 2-1 2-1 2-2");
-    EXPECT_EQ(tables.segments(1), "");
-    EXPECT_EQ(tables.segments(2), "5-5 4-5 4-5 4-3");
-    EXPECT_EQ(tables.segments(3), "4-3");
-    EXPECT_EQ(tables.segments(4), "1-1 2-1 2-2 4-1 2-2 4-1 2-2 4-3");
+    EXPECT_EQ(tables.segments(), "0-1 2-1 2-1 2-2; ; 5-5 4-5 4-5 4-3; 4-3; "
+                                 "1-1 2-1 2-2 4-1 2-2 4-1 2-2 4-3; "
+                                 "2-2 0-1 1-2 0-1 1-2 0-1 1-2 0-1 1-1");
     EXPECT_EQ(textOf(tables.numbers), "5 6 9 21 20 22");
     EXPECT_EQ(textOf(tables.order), "0 1 2 4 3 5");
 }
@@ -97,10 +96,8 @@ TEST(PDBwriteTables, SheetsAreCutWhereThePeptideEnds) {
         p.addElement(type, "C", {});
         p.addElement(type, "D", {p.addStrand(1, 2), p.addStrand(4, 5), 9}, p.strandsIx());
         ResidueTables const tables(p);
-        EXPECT_EQ(tables.segments(0), "0-2 / 3-4 / 6-6 / 7-7");
-        EXPECT_EQ(tables.segments(1), "6-6 / 5-5"); // the bond counts in one direction
-        EXPECT_EQ(tables.segments(2), "");
-        EXPECT_EQ(tables.segments(3), "1-2 / 4-5");
+        // The bond counts in one direction.
+        EXPECT_EQ(tables.segments(), "0-2 / 3-4 / 6-6 / 7-7; 6-6 / 5-5; ; 1-2 / 4-5");
         int const structureIx = p.topology->getLevelIx("secondary_structure");
         EXPECT_EQ(tables.structure[0][0].group, MtGroupRef());
         EXPECT_EQ(tables.structure[0][1].group, MtGroupRef(structureIx, 0));
@@ -110,47 +107,6 @@ TEST(PDBwriteTables, SheetsAreCutWhereThePeptideEnds) {
         EXPECT_EQ(tables.pdb.getNAtomOfResidue(info, 1), 3);
         EXPECT_EQ(tables.pdb.getNAtomOfResidue(info, 8), -1);
     }
-}
-
-/// Finds the segments of a part step by step: a scan for each of its residues, when all numbers are known.
-std::string segmentsByRepeatedScans(McDArray<int> const& residues, McDArray<int> const& numbers) {
-    SecInfo part;
-    for (int scan = 0; scan < residues.size; ++scan) {
-        auto segment = part.start.size - 1;
-        for (int k = 0; k < residues.size; ++k) {
-            if (segment == -1 || (k > 0 && numbers[residues[k - 1]] != numbers[residues[k]] - 1)) {
-                ++segment;
-                part.start.append(residues[k]);
-                part.end.append(-1);
-            }
-            part.end[segment] = residues[k];
-        }
-    }
-    return textOf(part);
-}
-
-TEST(PDBwriteTables, SegmentsAreThoseOfTheRepeatedScan) {
-    std::mt19937 random(7);
-    auto const below = [&](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
-    std::size_t length = 0;
-    for (int round = 0; round < 80; ++round) {
-        PdbSample p;
-        for (int i = 0; i < 20; ++i) p.addResidue("ALA " + std::to_string(below(3) == 0 ? below(30) : i));
-        p.addChain("A", 0, 5 + below(3));
-        p.addChain("B", 9, 9 + below(5));
-        p.addChain("C", 5, 19);
-        for (int i = 0; i < 6; ++i) {
-            int const first = below(17);
-            p.addElement("helix", "x", {first, first + 1, first + 2, below(20), below(20), first + 3});
-        }
-        ResidueTables const tables(p);
-        for (int i = 0; i < 6; ++i) {
-            std::string const slow = segmentsByRepeatedScans(tables.structure[i][0].residues, tables.numbers);
-            ASSERT_EQ(tables.segments(i), slow);
-            length += slow.size();
-        }
-    }
-    EXPECT_GT(length, 80U * 6 * 4 * 4); // most parts have gaps
 }
 
 TEST(PDBwriteTables, GroupsThatOverlapWithoutMeasure) {

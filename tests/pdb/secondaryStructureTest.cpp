@@ -85,10 +85,13 @@ TEST(PDBSecondaryStructure, FieldsStandInTheColumnsOfTheirRecord) {
     EXPECT_EQ(protein.groups(), "helix H1 40-42; helix HHH 43-43; sheet B 4,5; turn -12 7-8; 0 4-5; AC1 0,43,32,40; ");
 }
 
+std::string const missing = " skipped due to references to nonexisting residues.\n";
+std::string const adjusted = " overlaps with the secStruct 1. Length adjusted.\n";
+std::string const skipped = " skipped due to non adjustable overlaps with the secStruct ";
+
 TEST(PDBSecondaryStructure, LevelsAreMadeByTheFirstRecordWithResidues) {
     SmallProtein protein;
     auto const levels = protein.topology.levels.size;
-    std::string const missing = " skipped due to references to nonexisting residues.\n";
     EXPECT_EQ(protein.read(helix(1, 10, 31) + helix(2, 31, 31) + strand(123, "A", 99, 3) + turn(3, 1, 31)),
               "Helix number 1" + missing + "Helix number 2" + missing + "Sheet A strand number 123" + missing +
                   "Turn 3" + missing);
@@ -102,68 +105,56 @@ TEST(PDBSecondaryStructure, LevelsAreMadeByTheFirstRecordWithResidues) {
                                                       "sites(2) flags 3:  name="));
 }
 
-TEST(PDBSecondaryStructure, NewHelixOrStrandIsCutByTheHelixAheadOfIt) {
+TEST(PDBSecondaryStructure, NewHelixIsCutByTheHelixAheadOfIt) {
     // Residues of the new one, counted from 1, and what is left of them, counted from 0.
     std::istringstream cases("15 30 20-29 20 21 20-20 5 15 4-8 9 10 8-8 5 30 20-29 8 22 20-21 7 22 6-8 9 20 8-8 "
                              "10 20 - 12 13 - 10 13 - 21 30 20-29 1 9 0-8");
     std::string left;
     for (int first = 0, last = 0; cases >> first >> last >> left;) {
-        SCOPED_TRACE(format("%d-%d", first, last));
-        std::string const range = left == "-" ? "" : left + "; ";
-        std::string const ending = left == "-" ? " skipped due to non adjustable overlaps with the secStruct 1.\n"
-                                   : left == format("%d-%d", first - 1, last - 1)
-                                       ? ""
-                                       : " overlaps with the secStruct 1. Length adjusted.\n";
-        SmallProtein protein, other;
-        EXPECT_EQ(protein.read(helix(1, 10, 20) + helix(2, first, last)),
-                  ending.empty() ? "" : "Helix number 2" + ending);
-        EXPECT_EQ(protein.groups(), "helix 1 9-19; " + (range.empty() ? "" : "helix 2 " + range));
-        EXPECT_EQ(other.read(helix(1, 10, 20) + strand(7, "S", first, last)),
-                  ending.empty() ? "" : "Sheet S strand number 7" + ending);
-        EXPECT_EQ(namedGroups(&other.topology, "strands"), range.empty() ? "" : "0 " + range);
+        std::string const message = left == "-" ? skipped + "1.\n" : adjusted;
+        bool const isWhole = left == format("%d-%d", first - 1, last - 1);
+        SmallProtein protein;
+        EXPECT_EQ(protein.read(helix(1, 10, 20) + helix(2, first, last)), isWhole ? "" : "Helix number 2" + message);
+        EXPECT_EQ(protein.groups(), "helix 1 9-19; " + (left == "-" ? "" : "helix 2 " + left + "; ")) << first;
     }
 }
 
 TEST(PDBSecondaryStructure, RecordsOneAfterTheOther) {
-    constexpr char const* some = "Site AC1references non existing residues. Respective references have been skipped.\n";
-    struct {
-        std::string records, messages, groups;
-    } const cases[] = {
+    std::string const some = "Site AC1references non existing residues. Respective references have been skipped.\n";
+    std::array<std::string, 3> const cases[] = {
         // Turns overlap with nothing; a helix is cut by one after the other.
         {turn(1, 5, 6) + turn(2, 10, 11) + turn(3, 5, 6) + helix(4, 5, 30) + helix(5, 9, 30) + turn(6, 12, 13) +
              helix(7, 12, 14),
-         "Helix number 4 overlaps with the secStruct 2. Length adjusted.\n"
-         "Helix number 5 skipped due to non adjustable overlaps with the secStruct 4.\n"
-         "Helix number 7 skipped due to non adjustable overlaps with the secStruct 4.\n",
+         "Helix number 4 overlaps with the secStruct 2. Length adjusted.\nHelix number 5" + skipped +
+             "4.\nHelix number 7" + skipped + "4.\n",
          "turn 1 4-5; turn 2 9-10; turn 3 4-5; helix 4 11-29; turn 6 11-12; "},
         // A range that is cut keeps the chains of its ends.
-        {turn(1, 20, 20) + turn(2, 21, 30) + helix(3, 20, 4, 'B'),
-         "Helix number 3 skipped due to non adjustable overlaps with the secStruct 2.\n",
+        {turn(1, 20, 20) + turn(2, 21, 30) + helix(3, 20, 4, 'B'), "Helix number 3" + skipped + "2.\n",
          "turn 1 19-19; turn 2 20-29; "},
-        {turn(1, 5, 5) + turn(2, 29, 2, 'B') + helix(3, 5, 4, 'B'),
-         "Helix number 3 skipped due to non adjustable overlaps with the secStruct 2.\n", "turn 1 4-4; turn 2 28-31; "},
-        {turn(1, 4, 8) + helix(3, 5, 4, 'B'), "Helix number 3 overlaps with the secStruct 1. Length adjusted.\n",
-         "turn 1 3-7; helix 3 8-33; "},
-        {turn(1, 5, 5) + turn(2, 6, 24) + helix(3, 5, 30),
-         "Helix number 3 skipped due to non adjustable overlaps with the secStruct 2.\n", "turn 1 4-4; turn 2 5-23; "},
+        {turn(1, 5, 5) + turn(2, 29, 2, 'B') + helix(3, 5, 4, 'B'), "Helix number 3" + skipped + "2.\n",
+         "turn 1 4-4; turn 2 28-31; "},
+        {turn(1, 4, 8) + helix(3, 5, 4, 'B'), "Helix number 3" + adjusted, "turn 1 3-7; helix 3 8-33; "},
+        {turn(1, 5, 5) + turn(2, 6, 24) + helix(3, 5, 30), "Helix number 3" + skipped + "2.\n",
+         "turn 1 4-4; turn 2 5-23; "},
         // A turn in inverse order is swapped.
         {turn(7, 9, 4), "Turn 7 references residues in inverse order. The references have been swapped.\n",
          "turn 7 3-8; "},
-        // Strands of one name make one sheet.
+        // Strands of one name make one sheet; they are cut as well, but not by each other.
         {strand(1, "5", 1, 3) + strand(2, "5", 2, 4) + strand(1, "B", 7, 7) + helix(5, 2, 3) + strand(3, "5", 9, 10) +
-             strand(4, "5", 11, 11),
-         "", "sheet 5 0,1,2,1,2,3; sheet B 6; helix 5 1-2; sheet 5 8,9,10; 0 0-2; 1 1-3; 2 6-6; 3 8-9; 4 10-10; "},
+             strand(4, "5", 3, 5) + strand(5, "5", 2, 3),
+         "Sheet 5 strand number 4 overlaps with the secStruct 5. Length adjusted.\nSheet 5 strand number 5" + skipped +
+             "5.\n",
+         "sheet 5 0,1,2,1,2,3; sheet B 6; helix 5 1-2; sheet 5 8,9,3,4; 0 0-2; 1 1-3; 2 6-6; 3 8-9; 4 3-4; "},
         // Sites go on and leave out what is missing.
         {"SITE     1 AC1  6 UNK A   9  UNK A   0  UNK A  -1  UNK A   2 \nSITE     2 AC1  6 UNK B   1  UNK A   9 \n"
          "SITE     3 AC1  6 UNK A  31  UNK B  11 \nSITE     4 AC1  6 UNK A  31  UNK B   2 \nSITE     4 AC1  6 \n"
          "SITE     1 AC2  1 UNK A  31 \nSITE     1      1 UNK A   1 \n",
-         some + std::string(some) + "Site AC2references only non existing residues. Site skipped.\n",
-         "AC1 8,1,30,8,31;  0; "},
+         some + some + "Site AC2references only non existing residues. Site skipped.\n", "AC1 8,1,30,8,31;  0; "},
     };
-    for (auto const& c : cases) {
+    for (auto const& [records, messages, groups] : cases) {
         SmallProtein protein;
-        EXPECT_EQ(protein.read(c.records), c.messages);
-        EXPECT_EQ(protein.groups(), c.groups);
+        EXPECT_EQ(protein.read(records), messages);
+        EXPECT_EQ(protein.groups(), groups);
     }
 }
 
@@ -203,21 +194,16 @@ TEST(PDBSecondaryStructure, FileGivesWhatItsRecordsGiveOneByOne) {
     }
     std::string grid; // which cuts the last helix in many places
     for (int i = 1; i < length; i += 2) grid += helix(i, i, i);
-    EXPECT_EQ(readBothWays(atoms, grid + turn(0, 300, 300) + helix(2, 2, 300)),
-              "Helix number 2 skipped due to non adjustable overlaps with the secStruct 0.\n");
-}
-
-TEST(PDBSecondaryStructure, SheetsDoNotGrowOutOfProportion) {
-    std::string records;
-    for (int i = 0; i <= 1000; ++i) records += strand(i % 10, i % 2 ? "A" : "B", 1, 1000);
-    EXPECT_EQ(readBothWays(atomsOf(1000), records),
+    EXPECT_EQ(readBothWays(atoms, grid + turn(0, 300, 300) + helix(2, 2, 300)), "Helix number 2" + skipped + "0.\n");
+    std::string sheets; // which do not grow out of proportion
+    for (int i = 0; i <= 1000; ++i) sheets += strand(i % 10, i % 2 ? "A" : "B", 1, 1000);
+    EXPECT_EQ(readBothWays(atomsOf(1000), sheets),
               "Sheet B strand number 0 skipped since the sheets have too many residues.\n");
 }
 
 TEST(PDBSecondaryStructure, PoorLinesAndTopologiesAreNoHarm) {
     std::string const records = "HELIX\nSHEET\r\nTURN\nSITE\nHELIX      HHHHHHHHHHHHHHH" + std::string(5000, '9') +
                                 "\nTURN   -99\nSITE  " + std::string(60, '\0');
-    std::string const missing = " skipped due to references to nonexisting residues.\n";
     std::string const noSite = "Site references only non existing residues. Site skipped.\n";
     std::string const messages = "Helix number 0" + missing + "Sheet  strand number 0" + missing + "Turn 0" + missing +
                                  noSite + "Helix number 0" + missing + "Turn -99" + missing + noSite;
@@ -251,11 +237,10 @@ TEST(PDBSecondaryStructure, LevelsOfAHostAreUsedAsTheyAre) {
     EXPECT_EQ(protein.read(strand(1, "L", 2, 2) + "SITE     1        UNK A   1 \n" + turn(1, 29, 30)), "");
     topology.levels[structures]->groups.append(nullptr);
 
-    EXPECT_EQ(protein.read(helix(2, 8, 30)), "Helix number 2 overlaps with the secStruct 1. Length adjusted.\n");
+    EXPECT_EQ(protein.read(helix(2, 8, 30)), "Helix number 2" + adjusted);
     EXPECT_EQ(protein.read(helix(3, 3, 10)), "Helix number 3 overlaps with the secStruct S. Length adjusted.\n");
     sheet->first = -7;
-    EXPECT_EQ(protein.read(helix(4, 5, 5)),
-              "Helix number 4 skipped due to non adjustable overlaps with the secStruct S.\n");
+    EXPECT_EQ(protein.read(helix(4, 5, 5)), "Helix number 4" + skipped + "S.\n");
     EXPECT_EQ(protein.groups(), "sheet S 4:-7-2147483647; strange L ; sheet L 1; turn 1 28-29;   ; helix 2 11-27; "
                                 "helix 3 2-8;  4-4;  ;  9-10; 3 1-1;  9-10;  0; ");
 }

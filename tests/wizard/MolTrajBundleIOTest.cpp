@@ -45,10 +45,7 @@ Names wordsOf(std::string const& text) {
 }
 
 TEST(MolTrajBundleIO, Words) {
-    struct Case {
-        char const* text;
-        Names words;
-    } const cases[] = {
+    std::pair<char const*, Names> const cases[] = {
         {" a\tb\r\nc.sdf \v\f", {"a", "b", "c.sdf"}},
         {"a#b #c d\n#\n# \n  e\n", {"a#b", "e"}},
         {"\"a b#c\"d\n\"\" x\"y z\n", {"a b#c", "d", "", "x\"y", "z"}},
@@ -57,7 +54,7 @@ TEST(MolTrajBundleIO, Words) {
         {"a #comment", {"a"}},
         {"", {}},
     };
-    for (Case const& c : cases) EXPECT_EQ(wordsOf(c.text), c.words) << c.text;
+    for (auto const& [text, words] : cases) EXPECT_EQ(wordsOf(text), words) << text;
     EXPECT_EQ(wordsOf(std::string(100000, 'x') + " "), Names{std::string(100000, 'x')});
 }
 

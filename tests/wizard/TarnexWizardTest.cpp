@@ -9,107 +9,93 @@ namespace {
 using namespace tarnex::test;
 using Wizard = TarnexWizard;
 
-constexpr char const* groText = "t\n1\n    1HOH     OW    1   0.100   0.200   0.300\n";
-constexpr char const* amberText = "title\n     1\n\n\nCT\n";
-
-/// What is printed of a failure, once or more often. `task` is such as "read Molecule".
+/// What is printed of a failure, as often as it is told. `task` is such as "read Molecule".
 std::string told(std::string const& task, int type, std::string const& name, int times = 1) {
     std::string const loss = task == "read Bundle"       ? "loading Bundle"
                              : task == "write Bundle"    ? "saving Bundle"
                              : task == "read Trajectory" ? "saving Trajectory"
                                                          : "saving molecule";
-    std::string const once =
-        "Unable to " + task + " of type: " + std::to_string(type) + "\nNot " + loss + " to " + name;
-    return once + "\n\n" + (times > 1 ? told(task, type, name, times - 1) : "");
+    return joined(times, "", [&](int) {
+        return "Unable to " + task + " of type: " + std::to_string(type) + "\nNot " + loss + " to " + name + "\n\n";
+    });
 }
 
 std::unique_ptr<Molecule> readMolecule(std::string const& file) {
     return std::unique_ptr<Molecule>(Wizard::readMolecule(file.c_str(), Wizard::ReadMolecules::READ_AUTO, nullptr));
 }
 
+std::unique_ptr<Molecule> readGro() {
+    return readMolecule(writeFile("a.gro", "t\n1\n    1HOH     OW    1   0.100   0.200   0.300\n"));
+}
+
+/// Writes "a.top" and its coordinates.
+void writeAmber() {
+    writeFile("a.top", "title\n     1\n\n\nCT\n");
+    writeFile("a.crd", "restart\n    1\n         4.0         5.0         6.0\n");
+}
+
 TEST(TarnexWizard, ReadingFailures) {
-    struct Failure {
-        char const* file;
-        int type;
-        int typeTold;
-        int times = 1;
-        char const* second = nullptr;
-    };
-    for (Failure const& f : {Failure{"no.sdf", 8, 3},
-                             {"no.qlt", 7, 7},
-                             {"a.SDF", 8, 8, 2},
-                             {"df", 8, 8, 2},
-                             {"x", 77, 77, 2},
-                             {"no.pdb", 4, 4},
-                             {"no.top", 8, 0},
-                             {"no.gro", 2, 2},
-                             {"no.mol2", 8, 5},
-                             {"no.uni", 8, 6}}) {
-        auto const type = static_cast<Wizard::ReadMolecules>(f.type);
-        EXPECT_EQ(printed([&] { EXPECT_EQ(Wizard::readMolecule(f.file, type, nullptr), nullptr); }),
-                  told("read Molecule", f.typeTold, f.file, f.times));
+    std::string name, second;
+    int type = 0, typeTold = 0, times = 0;
+    // The name, the type that is asked for, the one that is told, and how often.
+    std::istringstream molecules("no.sdf 8 3 1 no.qlt 7 7 1 a.SDF 8 8 2 df 8 8 2 x 77 77 2 no.pdb 4 4 1 no.top 8 0 1 "
+                                 "no.gro 2 2 1 no.mol2 8 5 1 no.uni 8 6 1");
+    while (molecules >> name >> type >> typeTold >> times) {
+        auto const asked = static_cast<Wizard::ReadMolecules>(type);
+        EXPECT_EQ(printed([&] { EXPECT_EQ(Wizard::readMolecule(name.c_str(), asked, nullptr), nullptr); }),
+                  told("read Molecule", typeTold, name, times));
     }
-    for (Failure const& f : {Failure{"no.sdf", 9, 4},
-                             {"no.qlt", 8, 8},
-                             {"a.xyz", 9, 7},
-                             {"a.dcd", 9, 1, 2},
-                             {"a.b", 6, 6, 2},
-                             {"no.vde", 9, 5},
-                             {"no.top", 9, 0},
-                             {"a.dcd", 1, 1, 2},
-                             {"a.trr", 9, 2},
-                             {"a.trr", 3, 3},
-                             {"a.b", 9, 9},
-                             {"no.crd", 0, 0, 1, "no.top"},
-                             {"no.psf", 1, 1, 1, "no.dcd"}}) {
-        auto const type = static_cast<Wizard::ReadTrajectories>(f.type);
-        std::string const alsoTold = f.typeTold == 9 ? told("read Bundle", 9, f.file) : "";
-        EXPECT_EQ(printed([&] { EXPECT_EQ(Wizard::readMolTrajectory(f.file, type, f.second, nullptr), nullptr); }),
-                  alsoTold + told("read Trajectory", f.typeTold, f.file, f.times));
+    std::istringstream trajectories(
+        "no.sdf - 9 4 1 no.qlt - 8 8 1 a.xyz - 9 7 1 a.dcd - 9 1 2 a.b - 6 6 2 no.vde - 9 5 1 no.top - 9 0 1 "
+        "a.dcd - 1 1 2 a.trr - 9 2 1 a.trr - 3 3 1 a.b - 9 9 1 no.crd no.top 0 0 1 no.psf no.dcd 1 1 1");
+    while (trajectories >> name >> second >> type >> typeTold >> times) {
+        auto const asked = static_cast<Wizard::ReadTrajectories>(type);
+        char const* other = second == "-" ? nullptr : second.c_str();
+        EXPECT_EQ(printed([&] { EXPECT_EQ(Wizard::readMolTrajectory(name.c_str(), asked, other, nullptr), nullptr); }),
+                  (typeTold == 9 ? told("read Bundle", 9, name) : "") + told("read Trajectory", typeTold, name, times));
     }
-    for (Failure const& f : {Failure{"a.mol2", 4, 4}, {"a", 0, 0}, {"no.qlt", 4, 1, 0}}) {
-        auto const type = static_cast<Wizard::ReadBundles>(f.type);
-        EXPECT_EQ(printed([&] { EXPECT_EQ(Wizard::readBundle(f.file, type).size, 0); }),
-                  f.times > 0 ? told("read Bundle", f.typeTold, f.file) : "");
+    std::istringstream bundles("a.mol2 4 4 1 a 0 0 1 no.qlt 4 1 0");
+    while (bundles >> name >> type >> typeTold >> times) {
+        auto const asked = static_cast<Wizard::ReadBundles>(type);
+        EXPECT_EQ(printed([&] { EXPECT_EQ(Wizard::readBundle(name.c_str(), asked).size, 0); }),
+                  told("read Bundle", typeTold, name, times));
     }
 }
 
 TEST(TarnexWizard, MoleculesOfAllFormats) {
     using Writer = Wizard::WriteMolecules;
-    auto const source = readMolecule(writeFile("a.gro", groText));
+    auto const source = readGro();
     ASSERT_TRUE(source);
-    for (auto const& [output, type, input] : {std::tuple{"x", Writer::WRITE_GRO, "x.gro"},
-                                              {"single", Writer::WRITE_GRO_SINGLE, "single.gro"},
-                                              {"x.y.sdf", Writer::WRITE_MDL, "x.y.sdf"},
-                                              {"x.pdb", Writer::WRITE_PDB, "x.pdb"},
-                                              {"x.mol2", Writer::WRITE_TRIPOS, "x.mol2"},
-                                              {"x.uni", Writer::WRITE_UNICHEM, "x.uni"},
-                                              {"x.qlt", Writer::WRITE_QLT, "x.qlt"}}) {
-        EXPECT_EQ(Wizard::writeMolecule(scratchPath(output).c_str(), source.get(), type), 1) << output;
-        auto const molecule = readMolecule(scratchPath(input));
-        ASSERT_TRUE(molecule) << input;
+    for (auto const& [name, type] : {std::pair<std::string, Writer>{"x", Writer::WRITE_GRO},
+                                     {"single", Writer::WRITE_GRO_SINGLE},
+                                     {"x.y.sdf", Writer::WRITE_MDL},
+                                     {"x.pdb", Writer::WRITE_PDB},
+                                     {"x.mol2", Writer::WRITE_TRIPOS},
+                                     {"x.uni", Writer::WRITE_UNICHEM},
+                                     {"x.qlt", Writer::WRITE_QLT}}) {
+        EXPECT_EQ(Wizard::writeMolecule(scratchPath(name).c_str(), source.get(), type), 1) << name;
+        auto const molecule = readMolecule(scratchPath(name.find('.') < name.size() ? name : name + ".gro"));
+        ASSERT_TRUE(molecule) << name;
         EXPECT_EQ(molecule->refCount, 0);
         EXPECT_EQ(molecule->getTopology()->refCount, 1);
-        EXPECT_EQ(placesOf(molecule->coords), "1,2,3") << input;
+        EXPECT_EQ(placesOf(molecule->coords), "1,2,3") << name;
     }
     EXPECT_EQ(readFile(scratchPath("x.pdb")).find("MODEL"), std::string::npos);
-    writeFile("a.crd", "restart\n    1\n         4.0         5.0         6.0\n");
-    auto const amber = readMolecule(writeFile("a.top", amberText));
+    writeAmber();
+    auto const amber = readMolecule(scratchPath("a.top"));
     ASSERT_TRUE(amber);
     EXPECT_EQ(placesOf(amber->coords), "4,5,6");
     // The second name alone chooses the format, but is not taken for the first.
-    EXPECT_EQ(printed([&] {
-                  auto const type = Wizard::ReadMolecules::READ_AUTO;
-                  EXPECT_EQ(Wizard::readMolecule("no.x", type, scratchPath("a.gro").c_str()), nullptr);
-              }),
+    auto const type = Wizard::ReadMolecules::READ_AUTO;
+    std::string const gro = scratchPath("a.gro");
+    EXPECT_EQ(printed([&] { EXPECT_EQ(Wizard::readMolecule("no.x", type, gro.c_str()), nullptr); }),
               told("read Molecule", 1, "no.x"));
 }
 
 TEST(TarnexWizard, TrajectoriesOfAllFormats) {
     using Writer = Wizard::WriteTrajectories;
     using Reader = Wizard::ReadTrajectories;
-    auto const molecule = readMolecule(writeFile("a.gro", groText));
-    ASSERT_TRUE(molecule);
+    auto const molecule = readGro();
     MolTrajectoryMem source(molecule.get(), 2);
     for (auto const& [output, type] : {std::pair{"x", Writer::WRITE_GRO},
                                        {"single", Writer::WRITE_GRO_SINGLE},
@@ -122,25 +108,15 @@ TEST(TarnexWizard, TrajectoriesOfAllFormats) {
         << "the PDB writer and reader serve it";
     EXPECT_EQ(std::filesystem::file_size(scratchPath("x.trr")), 376U);
     EXPECT_EQ(std::filesystem::file_size(scratchPath("single.trr")), 264U);
-    writeFile("a.crd", "restart\n    1\n         4.0         5.0         6.0\n");
-    writeFile("a.top", amberText);
+    writeAmber();
     writeFile("a.mdcrd", "title\n   1.000   2.000   3.000\n");
     writeFile("run.psf", PsfText());
     writeFile("run.dcd", DcdBytes());
-    struct {
-        char const* first;
-        int steps;
-        char const* second = "none";
-        char const* third = "none";
-        Reader type = Reader::READ_AUTO;
-    } const inputs[] = {{"x.trr", 2, "x.gro", "x.top"},
-                        {"single.trr", 2, "single.gro", "single.top", Reader::READ_GRO_SINGLE},
-                        {"x.sdf", 1},
-                        {"x.vde", 2},
-                        {"x.qlt", 2},
-                        {"a.mdcrd", 2, "a.top"},
-                        {"run.psf", 4, "run.dcd"}};
-    for (auto const& [first, steps, second, third, type] : inputs) {
+    std::istringstream inputs("x.trr x.gro x.top 2 single.trr single.gro single.top 2 x.sdf - - 1 x.vde - - 2 "
+                              "x.qlt - - 2 a.mdcrd a.top - 2 run.psf run.dcd - 4");
+    std::string first, second, third;
+    for (int steps = 0; inputs >> first >> second >> third >> steps;) {
+        auto const type = first == "single.trr" ? Reader::READ_GRO_SINGLE : Reader::READ_AUTO;
         auto* trajectory = Wizard::readMolTrajectory(scratchPath(first).c_str(), type, scratchPath(second).c_str(),
                                                      scratchPath(third).c_str());
         ASSERT_TRUE(trajectory) << first;
@@ -152,8 +128,7 @@ TEST(TarnexWizard, TrajectoriesOfAllFormats) {
 }
 
 TEST(TarnexWizard, Bundles) {
-    auto const molecule = readMolecule(writeFile("a.gro", groText));
-    ASSERT_TRUE(molecule);
+    auto const molecule = readGro();
     Bundle bundle;
     for (int i = 0; i < 2; ++i) bundle.append(new MolTrajectoryMem(molecule.get(), 1));
     ASSERT_TRUE(tarnex::writeQltBundle(bundle, scratchPath("x.qlt").c_str()));
@@ -183,7 +158,7 @@ TEST(TarnexWizard, WritingFailures) {
     using Bundles = Wizard::WriteBundles;
     for (auto type : {Bundles(0), Bundles::WRITE_QLT, Bundles::WRITE_TRIPOS}) {
         EXPECT_EQ(printed([&] { EXPECT_EQ(Wizard::writeBundle(path, {}, type), 0); }),
-                  type == Bundles(0) ? told("write Bundle", 0, path) : "");
+                  told("write Bundle", 0, path, type == Bundles(0)));
     }
 }
 

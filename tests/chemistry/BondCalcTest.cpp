@@ -5,6 +5,7 @@
 #include "support/model.h"
 #include "support/testing.h"
 
+#include <array>
 #include <cmath>
 #include <limits>
 #include <random>
@@ -97,15 +98,9 @@ TEST(BondCalc, NamesAndDistancesTellTheSameBondsOfGoodGeometry) {
     }
 }
 
-struct BondCase {
-    char const* fact;
-    std::string atoms;
-    char const* bonds;
-};
-
 TEST(BondCalc, TemplatesAndDistances) {
     std::string const cysteines = "residue CYS CA 0 0 0 CB 1.5 0 0 SG 2.0 1.7 0 residue CYS CA 9 3.3 0 CB 7.5 3.3 0 ";
-    BondCase const cases[] = {
+    std::array<std::string, 3> const cases[] = {
         {"residues of a chain are linked", "residue GLY C 0 0 0 O -1 0.7 0 residue ALA N 1.9 0 0", "1C=1O 1C-2N"},
         {"but not beyond the length of a bond", "residue GLY C 0 0 0 O -1 0.7 0 residue ALA N 1.93 0 0", "1C=1O"},
         {"template bonds hold at any distance but not at one place", "residue GLY N 0 0 0 CA 40 0 0 C 80 0 0 O 80 0 0",
@@ -134,11 +129,11 @@ TEST(BondCalc, TemplatesAndDistances) {
         {"a hydrogen that has a bond from a template gets no other",
          "residue HOH O 0 0 0 H1 1.1 0 0 residue LIG O1 2.1 0 0", "1O-1H1"},
     };
-    for (BondCase const& c : cases) EXPECT_EQ(bondsOf(c.atoms, standard), c.bonds) << c.fact;
+    for (auto const& [fact, atoms, bonds] : cases) EXPECT_EQ(bondsOf(atoms, standard), bonds) << fact;
 }
 
 TEST(BondCalc, LengthsAlone) {
-    BondCase const cases[] = {
+    std::array<std::string, 3> const cases[] = {
         {"unknown molecules", aspirin,
          "1C1-1C2 1C1-1H1 1C1-1H2 1C1-1H3 1C2-1O1 1C2-1O2 1O2-1C3 1C3-1C4 1C3-1C8 1C4-1C5 1C4-1H4 1C5-1C6 1C5-1H5 "
          "1C6-1C7 1C6-1H6 1C7-1C8 1C7-1H7 1C8-1C9 1C9-1O3 1C9-1O4 1O4-1H8"},
@@ -151,18 +146,19 @@ TEST(BondCalc, LengthsAlone) {
         {"the shortest and the longest bond", "C1 0 0 0 C2 0.4 0 0 C3 20 0 0 C4 20.41 0 0 C5 40 0 0 C6 41.98 0 0",
          "0C3-0C4"},
     };
-    for (BondCase const& c : cases) EXPECT_EQ(bondsOf(c.atoms, byLength), c.bonds) << c.fact;
+    for (auto const& [fact, atoms, bonds] : cases) EXPECT_EQ(bondsOf(atoms, byLength), bonds) << fact;
     Sample sample("O1 0 0 0 H1 1.1 0 0 O2 2.3 0 0"); // a hydrogen that has a bond from the file
     sample.topology.addBond(new MtBond(2, 1));
     EXPECT_EQ(sample.bonds(byLength), "0O2?0H1");
 }
 
 TEST(BondCalc, AChainWithoutResidueNumbersGoesByDistance) {
-    Sample sample("residue GLY");
+    std::string const names[] = {"N ", "CA ", "C "};
+    std::string chain = "residue GLY ";
     for (int i = 0; i < 60; ++i) {
-        char const* name = std::vector<char const*>{"N", "CA", "C"}[static_cast<std::size_t>(i % 3)];
-        sample.addAtom(name, std::string(name, 1), McVec3f(1.2F * static_cast<float>(i), i % 2 ? 0.8F : 0.0F, 0.0F));
+        chain += names[i % 3] + std::to_string(1.2 * i) + (i % 2 ? " 0.8 0 " : " 0 0 ");
     }
+    Sample sample(chain);
     EXPECT_THAT(sample.bonds(standard), StartsWith("1N-1CA 1CA-1C 1C-1N 1N-1CA "));
     EXPECT_EQ(sample.numBonds(), 59);
 }
@@ -194,11 +190,9 @@ TEST(BondCalc, OnlySelectedAtomsWithPlaceAndElementTakePart) {
         EXPECT_EQ(sample.bonds(standard), "1CA-1C");
     }
     Molecule empty(nullptr, true);
-    for (Method method : {byLength, standard}) {
-        EXPECT_FALSE(method(nullptr, McBitfield()));
-        EXPECT_FALSE(method(&empty, McBitfield()));
-        EXPECT_EQ(bondsOf("", method), "");
-    }
+    EXPECT_FALSE(BondCalc::standardConnectSelection(nullptr, McBitfield()));
+    EXPECT_FALSE(BondCalc::standardConnectSelection(&empty, McBitfield()));
+    EXPECT_EQ(bondsOf("", standard), "");
 }
 
 TEST(BondCalc, TheGridFindsWhatAllPairsTell) {

@@ -6,9 +6,7 @@ using namespace tarnex::test;
 
 /// Atoms of one chain and as many residues.
 std::string atoms(int number) {
-    std::string text;
-    for (int i = 1; i <= number; ++i) text += atom({.serial = i, .number = i});
-    return text;
+    return joined(number, "", [](int i) { return atom({.serial = i + 1, .number = i + 1}); });
 }
 
 TEST(PDBreadFile, RecordsOfAllKinds) {
@@ -59,9 +57,8 @@ TEST(PDBreadFile, HeaderTextOfOverAThousandCharactersIsRefused) {
 }
 
 TEST(PDBreadFile, ProgressAndInterruption) {
-    std::string file = "REMARK\n" + atoms(199);
-    for (int i = 1; i <= 60; ++i) file += "CONECT  900\n";
-    for (int i = 1; i <= 20; ++i) file += "TURN\n";
+    auto const repeated = [](int n, char const* line) { return joined(n, "", [=](int) { return line; }); };
+    std::string const file = "REMARK\n" + atoms(199) + repeated(60, "CONECT  900\n") + repeated(20, "TURN\n");
     RecordingProgress whole;
     ASSERT_TRUE(readPDB(file, &whole));
     EXPECT_THAT(whole.calls,

@@ -44,7 +44,7 @@ TEST(PDBreadModels, ModelsOfOtherSizes) {
     Molecule molecule(trajectory->getTopology(), false);
     PDBread::streamPositions third;
     third.atomFirst = static_cast<long>(one.size() + two.size());
-    third.atomLast = static_cast<long>(one.size() + two.size() + three.rfind("ATOM"));
+    third.atomLast = third.atomFirst + static_cast<long>(three.rfind("ATOM"));
     for (auto const& [positions, numAtoms] : {std::pair{third, 3}, {PDBread::streamPositions(), 0}}) {
         EXPECT_FALSE(PDBread(&messages, nullptr).readCoordinates(&molecule, path.c_str(), positions, 0));
         EXPECT_EQ(molecule.coords.size, numAtoms);

@@ -1,6 +1,6 @@
 #include "PDBwriteSamples.h"
 
-#include <limits>
+#include <cmath>
 
 namespace {
 
@@ -72,11 +72,8 @@ TEST(PDBwriteRecords, TablesOfAHost) {
         return result;
     };
     McDArray<int> const numbers = table({77, 1}), chains = table({0, -1}), residues = table({0, 1, -1});
-    PDBwrite::secInfo part;
-    part.start = table({4});
-    part.end = table({-1});
     McDArray<McDArray<PDBwrite::secInfo>> structure(2);
-    for (auto& element : structure) element.append(part);
+    for (auto& element : structure) element.append({{}, table({4}), table({-1}), {}});
     int numHelix = 0, numSheet = 0, numTurn = 0, numSsBond = 0;
     std::string const path = scratchPath("records.pdb");
     {
@@ -111,26 +108,23 @@ TEST(PDBwriteRecords, AtomNames) {
 }
 
 TEST(PDBwriteRecords, Charges) {
-    constexpr float nan = std::numeric_limits<float>::quiet_NaN();
-    float const charges[] = {0.0F,   -0.5F,  9.9F,           -9.0F, -0.1234F, 12.0F,
-                             -12.0F, -20.0F, -2147483648.0F, 1e20F, -3e9F,    nan};
+    double const charges[] = {0.0, -0.5, 9.9, -9.0, -0.1234, 12.0, -12.0, -20.0, -2147483648.0, 1e20, -3e9, NAN};
     PdbSample p;
-    std::string told;
     for (int i = 0; i < 12; ++i) {
         p.addAtom("C", 6);
-        setReal(p.topology, "charge", i, charges[i]);
-        if (i >= 5) {
-            told += "Error: Charge of atom " + std::to_string(i) +
-                    " is outside of [-9,+9] interval which can be written into a PDB file.";
-        }
+        setReal(p.topology, "charge", i, static_cast<float>(charges[i]));
     }
+    auto const toldOf = [](int i) {
+        return "Error: Charge of atom " + std::to_string(i + 5) +
+               " is outside of [-9,+9] interval which can be written into a PDB file.";
+    };
     std::ostringstream messages;
     std::string const file = written(*p.molecule, &messages);
     auto const chargeOf = [&](int i) {
         return file.substr(file.find("HETATM") + static_cast<std::size_t>(81 * i + 78), 3);
     };
     EXPECT_EQ(joined(12, "", chargeOf), "0+\n0+\n9+\n9-\n0+\n2+\n2-\n0+\n8-\n0+\n0+\n0+\n");
-    EXPECT_EQ(messages.str(), told);
+    EXPECT_EQ(messages.str(), joined(7, "", toldOf));
     EXPECT_THAT(written(*p.molecule, nullptr, nullptr, true),
                 HasSubstr(cards({"HETATM    5  C   UNK     1       4.500  -4.000 100.000  0.00  0.00    -0.123"})));
 }

@@ -25,10 +25,8 @@ std::string readRecords(std::string const& records, MolTopology& topology, molIn
 
 /// Residues of chain A, numbered from 1, and ten of chain B.
 std::string atomsOf(int lengthOfA) {
-    std::string text;
-    for (int i = 1; i <= lengthOfA; ++i) text += atom({.number = i});
-    for (int i = 1; i <= 10; ++i) text += atom({.chain = "B", .number = i});
-    return text;
+    return joined(lengthOfA, "", [](int i) { return atom({.number = i + 1}); }) +
+           joined(10, "", [](int i) { return atom({.chain = "B", .number = i + 1}); });
 }
 
 /// Residues A1 to A30 (indices 0 to 29) in chain A, B1 to B10 (30 to 39) in chain B; A12C (40), HETA31 (41) and others.
@@ -192,12 +190,12 @@ TEST(PDBSecondaryStructure, FileGivesWhatItsRecordsGiveOneByOne) {
         }
         readBothWays(atoms, records);
     }
-    std::string grid; // which cuts the last helix in many places
+    std::string grid; // cuts the last helix in many places
     for (int i = 1; i < length; i += 2) grid += helix(i, i, i);
     EXPECT_EQ(readBothWays(atoms, grid + turn(0, 300, 300) + helix(2, 2, 300)), "Helix number 2" + skipped + "0.\n");
-    std::string sheets; // which do not grow out of proportion
-    for (int i = 0; i <= 1000; ++i) sheets += strand(i % 10, i % 2 ? "A" : "B", 1, 1000);
-    EXPECT_EQ(readBothWays(atomsOf(1000), sheets),
+    // Sheets do not grow out of proportion.
+    auto const strandOf = [](int i) { return strand(i % 10, i % 2 ? "A" : "B", 1, 1000); };
+    EXPECT_EQ(readBothWays(atomsOf(1000), joined(1001, "", strandOf)),
               "Sheet B strand number 0 skipped since the sheets have too many residues.\n");
 }
 

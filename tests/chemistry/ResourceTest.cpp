@@ -17,11 +17,12 @@ namespace fs = std::filesystem;
 TEST(Resource, FindsTheDatabaseBesideTheLibrary) {
     fs::path const root = fs::canonical(testing::TempDir()) / "resource test";
     fs::remove_all(root);
-    fs::create_directories(root / "lib" / "x86_64-linux-gnu");
     fs::create_directories(root / "share" / "tarnex");
     fs::path const database = root / "share" / "tarnex" / "residues.qlt";
-    for (char const* folder : {"lib", "lib/x86_64-linux-gnu"})
+    for (char const* folder : {"lib", "lib/x86_64-linux-gnu"}) {
+        fs::create_directories(root / folder);
         std::ofstream(root / folder / "libtarnex.so") << "library";
+    }
     auto const found = [&](char const* library) {
         return std::string(tarnex::findResidueDatabase((root / library).c_str()));
     };
@@ -32,8 +33,7 @@ TEST(Resource, FindsTheDatabaseBesideTheLibrary) {
     EXPECT_EQ(found("lib/x86_64-linux-gnu/libtarnex.so"), database);
     fs::create_symlink("lib/libtarnex.so", root / "libtarnex.so.0");
     EXPECT_EQ(found("libtarnex.so.0"), database);
-    EXPECT_EQ(std::string(tarnex::findResidueDatabase("/nowhere/lib/libtarnex.so")),
-              "/nowhere/share/tarnex/residues.qlt");
+    EXPECT_EQ(found("/nowhere/lib/libtarnex.so"), "/nowhere/share/tarnex/residues.qlt");
 }
 
 TEST(Resource, TheDatabaseHoldsResiduesOfGoodGeometry) {

@@ -38,23 +38,46 @@ TEST(TarnexWizard, ReadingFailures) {
     std::string name, second;
     int type = 0, typeTold = 0, times = 0;
     // The name, the type that is asked for, the one that is told, and how often.
-    std::istringstream molecules("no.sdf 8 3 1 no.qlt 7 7 1 a.SDF 8 8 2 df 8 8 2 x 77 77 2 no.pdb 4 4 1 no.top 8 0 1 "
-                                 "no.gro 2 2 1 no.mol2 8 5 1 no.uni 8 6 1");
+    std::istringstream molecules(R"(
+        no.sdf  8  3  1
+        no.qlt  7  7  1
+        a.SDF   8  8  2
+        df      8  8  2
+        x       77 77 2
+        no.pdb  4  4  1
+        no.top  8  0  1
+        no.gro  2  2  1
+        no.mol2 8  5  1
+        no.uni  8  6  1)");
     while (molecules >> name >> type >> typeTold >> times) {
         auto const asked = static_cast<Wizard::ReadMolecules>(type);
         EXPECT_EQ(printed([&] { EXPECT_EQ(Wizard::readMolecule(name.c_str(), asked, nullptr), nullptr); }),
                   told("read Molecule", typeTold, name, times));
     }
-    std::istringstream trajectories(
-        "no.sdf - 9 4 1 no.qlt - 8 8 1 a.xyz - 9 7 1 a.dcd - 9 1 2 a.b - 6 6 2 no.vde - 9 5 1 no.top - 9 0 1 "
-        "a.dcd - 1 1 2 a.trr - 9 2 1 a.trr - 3 3 1 a.b - 9 9 1 no.crd no.top 0 0 1 no.psf no.dcd 1 1 1");
+    std::istringstream trajectories(R"(
+        no.sdf -      9 4 1
+        no.qlt -      8 8 1
+        a.xyz  -      9 7 1
+        a.dcd  -      9 1 2
+        a.b    -      6 6 2
+        no.vde -      9 5 1
+        no.top -      9 0 1
+        a.dcd  -      1 1 2
+        a.trr  -      9 2 1
+        a.trr  -      3 3 1
+        a.b    -      9 9 1
+        no.crd no.top 0 0 1
+        no.psf no.dcd 1 1 1)");
     while (trajectories >> name >> second >> type >> typeTold >> times) {
         auto const asked = static_cast<Wizard::ReadTrajectories>(type);
         char const* other = second == "-" ? nullptr : second.c_str();
         EXPECT_EQ(printed([&] { EXPECT_EQ(Wizard::readMolTrajectory(name.c_str(), asked, other, nullptr), nullptr); }),
                   (typeTold == 9 ? told("read Bundle", 9, name) : "") + told("read Trajectory", typeTold, name, times));
     }
-    std::istringstream bundles("a.mol2 4 4 1 a 0 0 1 no.qlt 4 1 0");
+    std::istringstream bundles(R"(
+        a.mol2 4 4 1
+        a      0 0 1
+        no.qlt 4 1 0)");
     while (bundles >> name >> type >> typeTold >> times) {
         auto const asked = static_cast<Wizard::ReadBundles>(type);
         EXPECT_EQ(printed([&] { EXPECT_EQ(Wizard::readBundle(name.c_str(), asked).size, 0); }),
@@ -112,8 +135,14 @@ TEST(TarnexWizard, TrajectoriesOfAllFormats) {
     writeFile("a.mdcrd", "title\n   1.000   2.000   3.000\n");
     writeFile("run.psf", PsfText());
     writeFile("run.dcd", DcdBytes());
-    std::istringstream inputs("x.trr x.gro x.top 2 single.trr single.gro single.top 2 x.sdf - - 1 x.vde - - 2 "
-                              "x.qlt - - 2 a.mdcrd a.top - 2 run.psf run.dcd - 4");
+    std::istringstream inputs(R"(
+        x.trr      x.gro      x.top      2
+        single.trr single.gro single.top 2
+        x.sdf      -          -          1
+        x.vde      -          -          2
+        x.qlt      -          -          2
+        a.mdcrd    a.top      -          2
+        run.psf    run.dcd    -          4)");
     std::string first, second, third;
     for (int steps = 0; inputs >> first >> second >> third >> steps;) {
         auto const type = first == "single.trr" ? Reader::READ_GRO_SINGLE : Reader::READ_AUTO;

@@ -3,6 +3,7 @@
 #include "foundation/export.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <utility>
 
 namespace tarnex {
@@ -23,23 +24,24 @@ public:
         giveUpBlock();
         block = std::exchange(other.block, nullptr);
         blockSize = std::exchange(other.blockSize, 0);
-        used = std::exchange(other.used, 0);
-        expected = 0;
+        next = std::exchange(other.next, nullptr);
+        endOfPage = std::exchange(other.endOfPage, nullptr);
+        endOfBlock = std::exchange(other.endOfBlock, nullptr);
         return *this;
     }
     ~GroupPool() { giveUpBlock(); }
 
-    /// Announces `count` objects of this size, so that blocks fit them.
-    void expect(std::size_t count, std::size_t bytes) { expected += count * placeFor(bytes); }
-    /// Room for one object of up to a thousand bytes or so, aligned for pointers.
+    /// Room for one object, aligned for pointers. One of more than a thousand bytes gets its own allocation.
     void* allocate(std::size_t bytes) {
-        std::size_t const needed = placeFor(bytes);
-        if (used + needed > blockSize) startBlock(needed);
-        auto* owner = reinterpret_cast<Owner*>(reinterpret_cast<char*>(block) + used);
-        *owner = block;
-        used += needed;
+        std::size_t const place = placeFor(bytes);
+        if (place > static_cast<std::size_t>(endOfPage - next)) {
+            if (place > largestPlace) return allocateAlone(bytes);
+            startPage(place);
+        }
+        void* const object = next;
+        next += place;
         ++block->users;
-        return owner + 1;
+        return object;
     }
     /// Room for one object outside any pool, aligned for objects of every class that asks for no more than usual.
     static void* allocateAlone(std::size_t bytes);
@@ -47,27 +49,40 @@ public:
     static void release(void* object) noexcept;
 
 private:
-    /// Its objects follow it in memory.
+    // Objects need no room for the way to their block: those in pages lie half an alignment off from those outside, and
+    // the page that leads to the block begins at the next lower multiple of its size.
+    static constexpr std::size_t alignment = __STDCPP_DEFAULT_NEW_ALIGNMENT__;
+    static constexpr std::size_t pageSize = 1024;
+    static constexpr std::size_t largestPlace = pageSize - alignment;
+
+    /// One allocation. Its pages follow it in memory.
     struct Block {
         /// Objects that live, and one for the pool that still fills the block.
         std::size_t users;
     };
-    /// Stands ahead of each object; null outside pools.
-    using Owner = Block*;
+    /// Its objects follow it in memory.
+    struct Page {
+        Block* block;
+    };
+    static_assert(sizeof(Page) == alignment / 2);
 
-    /// The bytes that an object takes in a block.
-    static constexpr std::size_t placeFor(std::size_t bytes) {
-        return sizeof(Owner) + (bytes + alignof(Owner) - 1) / alignof(Owner) * alignof(Owner);
+    static std::size_t addressOf(void const* place) { return reinterpret_cast<std::uintptr_t>(place); }
+    static bool isInPage(void const* object) { return addressOf(object) % alignment != 0; }
+    static Page* pageOf(void* place) {
+        return reinterpret_cast<Page*>(static_cast<char*>(place) - addressOf(place) % pageSize);
     }
-    void startBlock(std::size_t bytes);
+    /// The bytes that an object takes in a page.
+    static constexpr std::size_t placeFor(std::size_t bytes) { return (bytes + alignment - 1) / alignment * alignment; }
+    void startPage(std::size_t place);
+    void startBlock();
     void giveUpBlock() noexcept;
     static void leave(Block* block) noexcept;
 
     Block* block = nullptr;
     std::size_t blockSize = 0;
-    std::size_t used = 0;
-    /// Bytes of announced objects for which there is no block yet.
-    std::size_t expected = 0;
+    char* next = nullptr;
+    char* endOfPage = nullptr;
+    char* endOfBlock = nullptr;
 };
 
 /// Base of what may be made in a pool. It is deleted in the same way wherever it was made.

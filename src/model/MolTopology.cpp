@@ -73,13 +73,7 @@ int MolTopology::addLevel(char const* levelName, int lowerLevelIx, int kind, int
 }
 
 void MolTopology::prepLevelSize(int levelIx, int n) {
-    MtGroupingLevel* level = getLevel(levelIx);
-    if (!level || n <= level->groups.size) return;
-    level->groups.reserve(n);
-    std::size_t const usualSize = levelIx == 0   ? sizeof(MtAtom)
-                                  : levelIx == 1 ? sizeof(MtBond)
-                                                 : sizeof(MtIntraLevelRange);
-    groupPool.expect(static_cast<std::size_t>(n - level->groups.size), usualSize);
+    if (MtGroupingLevel* level = getLevel(levelIx)) level->groups.reserve(n);
 }
 
 bool MolTopology::accepts(int levelIx, MtGroup const* group) const {

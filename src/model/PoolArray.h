@@ -42,11 +42,9 @@ public:
     }
 
 private:
-    static constexpr std::size_t longestInPool = 1024; // bytes
-
     void grow(std::int64_t newRoom, GroupPool* pool) {
         std::size_t const bytes = static_cast<std::size_t>(newRoom) * sizeof(T);
-        void* const place = pool && bytes <= longestInPool ? pool->allocate(bytes) : GroupPool::allocateAlone(bytes);
+        void* const place = pool ? pool->allocate(bytes) : GroupPool::allocateAlone(bytes);
         std::copy(values, values + numValues, static_cast<T*>(place));
         GroupPool::release(values);
         values = static_cast<T*>(place);

@@ -176,7 +176,22 @@ TEST(SharedPool, keepsTheMemoryOfMoleculesThatOutliveEachOther) {
     EXPECT_THAT(valuesOf(kept.get(), 0, "name"), testing::MatchesRegex(".*long name 5002[|][|]a long.* 5019"));
 }
 
-/// A group of a host's own.
+/// Groups of a host's own.
+struct LargeGroup : MtDynamicGroup {
+    char values[3000];
+};
+
+TEST(SharedPool, hasRoomForGroupsOfAllSizes) {
+    MolTopology topology;
+    for (int i = 0; i < 100; ++i) {
+        auto* large = new (topology.groupPool) LargeGroup;
+        std::fill(std::begin(large->values), std::end(large->values), 'x');
+        topology.addGroup(0, large);
+        topology.addGroup(0, new (topology.groupPool) MtAtom);
+    }
+    for (MtGroup const* group : topology.levels[0]->groups) EXPECT_EQ(group->size(), 0);
+}
+
 struct AlignedGroup : MtDynamicGroup {
     alignas(16) char values[16];
 };

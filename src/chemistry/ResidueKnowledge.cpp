@@ -40,17 +40,15 @@ void ResidueKnowledge::findTemplateBonds(MolTopology& topology, BondableAtoms& a
     int const residuesIx = topology.getLevelIx("residues");
     if (residuesIx < 0) return;
     MtGroupingLevel& residues = *topology.levels[residuesIx];
-    auto const* residueTypes = residues.stringAttribute("type", MtGroupingLevel::FIND, true);
+    residueTypes = residues.stringAttribute("type", MtGroupingLevel::FIND, true);
     auto const* atomTypes = topology.levels[0]->stringAttribute("type", MtGroupingLevel::FIND, true);
     if (!residueTypes || !atomTypes) return;
 
     residueOfAtom = FirstOwners(topology, 0);
     names.resize(residueOfAtom.get().size);
-    templates.resize(residues.groups.size);
     bonds.reserve(names.size); // most atoms end one new bond
-    for (int r = 0; r < templates.size; ++r) {
+    for (int r = 0; r < residues.groups.size; ++r) {
         ResidueTemplate const* residue = ResidueTemplates::instance().find(residueTypes->getValue(r));
-        templates[r] = residue;
         MtGroup const* group = residues.groups[r];
         if (!residue) {
             residueOfAtom.take(topology, group, r, [](int) {});
@@ -76,6 +74,7 @@ void ResidueKnowledge::identify(int atom, int templateAtom, ResidueTemplate cons
     if (templateAtom < 0) return;
     element = static_cast<unsigned char>(residue.atoms[static_cast<std::size_t>(templateAtom)].atomicNumber);
     names[atom].templateAtom = static_cast<unsigned>(templateAtom) & unknownName;
+    names[atom].isInWater = residue.kind == ResidueKind::water;
 
     int& first = atomOfName[templateAtom];
     if (first == noAtom) {
@@ -114,8 +113,10 @@ int ResidueKnowledge::orderWithinDistance(int atomA, int atomB) const {
     NameInResidue const& b = names[atomB];
     if (a.templateAtom == unknownName || b.templateAtom == unknownName) return 1;
     int const residue = residueOfAtom[atomA];
-    if (residue != residueOfAtom[atomB]) return isWater(atomA) || isWater(atomB) ? 0 : 1;
-    return a.occursTwice || b.occursTwice ? bondOrder(*templates[residue], a.templateAtom, b.templateAtom) : 0;
+    if (residue != residueOfAtom[atomB]) return a.isInWater || b.isInWater ? 0 : 1;
+    if (!a.occursTwice && !b.occursTwice) return 0;
+    return bondOrder(*ResidueTemplates::instance().find(residueTypes->getValue(residue)), a.templateAtom,
+                     b.templateAtom);
 }
 
 } // namespace tarnex

@@ -22,22 +22,22 @@ public:
     int orderWithinDistance(int atomA, int atomB) const;
 
 private:
-    static constexpr unsigned unknownName = 0x7fff;
+    static constexpr unsigned unknownName = 0x3fff;
 
     /// What an atom's name means in its residue. In two bytes, since there are millions of them.
     struct NameInResidue {
-        std::uint16_t templateAtom : 15 = unknownName;
+        std::uint16_t templateAtom : 14 = unknownName;
         bool occursTwice : 1 = false;
+        bool isInWater : 1 = false;
     };
 
     void identify(int atom, int templateAtom, ResidueTemplate const& residue, BondableAtoms& atoms);
     void noteSecondOfName(int atom, BondableAtoms const& atoms);
     void appendBonds(ResidueTemplate const& residue, BondableAtoms& atoms, McDArray<PerceivedBond>& bonds) const;
-    bool isWater(int atom) const { return templates[residueOfAtom[atom]]->kind == ResidueKind::water; }
 
     FirstOwners residueOfAtom;
-    McDArray<ResidueTemplate const*> templates; // of each residue, null for an unknown one
-    McDArray<NameInResidue> names;              // of each atom
+    MtStringAttribute const* residueTypes = nullptr;
+    McDArray<NameInResidue> names; // of each atom
 
     // Of the residue at hand.
     McDArray<int> atomOfName; // by template atom

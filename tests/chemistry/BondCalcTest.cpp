@@ -121,6 +121,7 @@ TEST(BondCalc, TemplatesAndDistances) {
          "1N-1CA 1N-1H 1CA-1CB 1CA-1H 1CB-1H 1CB-1H"},
         {"waters stay alone", "residue HOH O 0 0 0 H1 0.96 0 0 H2 -0.24 0.93 0 residue HOH O 1.5 0 0 H1 1.3 0.9 0",
          "1O-1H1 1O-1H2 2O-2H1"},
+        {"near known residues as well", "residue SER CB 0 0 0 OG 1.4 0 0 residue HOH O 2.6 0.6 0", "1CB-1OG"},
         {"so do ions", "residue ASP OD1 0 0 0 residue NA NA:Na 2.3 0 0 residue HOH O 2.3 2.3 0", ""},
         {"the fourth site of a water model is no tungsten",
          "residue SOL OW 0 0 0 HW1 0.96 0 0 MW:W 0.1 0.1 0 residue SOL OW 2.6 0 0 MW:W 2.5 0.1 0", "1OW-1HW1"},
